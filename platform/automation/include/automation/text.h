@@ -1,0 +1,34 @@
+// Texts of the component: counted UTF-16, converted to UTF-8 only at the edges (files, SQL, JSON).
+// Pure functions, callable from any thread.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace automation {
+
+using Integer = std::int16_t;
+using Long = std::int32_t;
+using String = std::u16string;
+using String_View = std::u16string_view;
+
+// Strict: nothing when `utf8` is not well-formed UTF-8.
+std::optional<String> From_UTF8(std::string_view utf8);
+
+// A lone surrogate becomes U+FFFD, so that the result is always well-formed.
+std::string To_UTF8(String_View text);
+
+// False when a surrogate stands without its partner.
+bool Is_Well_Formed(String_View text);
+
+// Only the space character counts, as everywhere in the editor's fields.
+String Without_Trailing_Spaces(String_View text);
+String Without_Leading_Spaces(String_View text);
+
+// Keys of collections and names of fields and classes are compared without regard to case.
+String Case_Folded(String_View text);
+bool Equal_Ignoring_Case(String_View left, String_View right);
+
+} // namespace automation

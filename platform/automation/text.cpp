@@ -1,0 +1,152 @@
+#include "automation/text.h"
+
+namespace automation {
+
+namespace {
+
+constexpr char32_t Replacement = 0xFFFD;
+
+bool Is_Lead(char32_t unit) {
+    return unit >= 0xD800 && unit <= 0xDBFF;
+}
+bool Is_Trail(char32_t unit) {
+    return unit >= 0xDC00 && unit <= 0xDFFF;
+}
+
+void Append_UTF16(String& text, char32_t point) {
+    if (point < 0x10000) {
+        text.push_back(static_cast<char16_t>(point));
+        return;
+    }
+    point -= 0x10000;
+    text.push_back(static_cast<char16_t>(0xD800 + (point >> 10)));
+    text.push_back(static_cast<char16_t>(0xDC00 + (point & 0x3FF)));
+}
+
+void Append_UTF8(std::string& text, char32_t point) {
+    auto tail = [&](int shift) { text.push_back(static_cast<char>(0x80 | ((point >> shift) & 0x3F))); };
+    if (point < 0x80) {
+        text.push_back(static_cast<char>(point));
+    } else if (point < 0x800) {
+        text.push_back(static_cast<char>(0xC0 | (point >> 6)));
+        tail(0);
+    } else if (point < 0x10000) {
+        text.push_back(static_cast<char>(0xE0 | (point >> 12)));
+        tail(6);
+        tail(0);
+    } else {
+        text.push_back(static_cast<char>(0xF0 | (point >> 18)));
+        tail(12);
+        tail(6);
+        tail(0);
+    }
+}
+
+// Length of the sequence that `lead` begins and the bits it gives; 0 when it begins none.
+int Sequence_Length(unsigned char lead, char32_t& bits) {
+    if (lead < 0x80) {
+        bits = lead;
+        return 1;
+    }
+    if (lead >= 0xC2 && lead <= 0xDF) {
+        bits = lead & 0x1FU;
+        return 2;
+    }
+    if ((lead & 0xF0U) == 0xE0) {
+        bits = lead & 0x0FU;
+        return 3;
+    }
+    if (lead >= 0xF0 && lead <= 0xF4) {
+        bits = lead & 0x07U;
+        return 4;
+    }
+    return 0;
+}
+
+bool Is_Scalar(char32_t point, int length) {
+    constexpr char32_t smallest[] = {0, 0, 0x80, 0x800, 0x10000};
+    return point >= smallest[length] && point <= 0x10FFFF && !Is_Lead(point) && !Is_Trail(point);
+}
+
+} // namespace
+
+std::optional<String> From_UTF8(std::string_view utf8) {
+    String text;
+    text.reserve(utf8.size());
+    for (std::size_t at = 0; at < utf8.size();) {
+        char32_t point = 0;
+        const int length = Sequence_Length(static_cast<unsigned char>(utf8[at]), point);
+        if (length == 0 || at + static_cast<std::size_t>(length) > utf8.size())
+            return std::nullopt;
+        for (int index = 1; index < length; ++index) {
+            const auto byte = static_cast<unsigned char>(utf8[at + static_cast<std::size_t>(index)]);
+            if ((byte & 0xC0U) != 0x80)
+                return std::nullopt;
+            point = (point << 6) | (byte & 0x3FU);
+        }
+        if (length > 1 && !Is_Scalar(point, length))
+            return std::nullopt;
+        Append_UTF16(text, point);
+        at += static_cast<std::size_t>(length);
+    }
+    return text;
+}
+
+std::string To_UTF8(String_View text) {
+    std::string utf8;
+    utf8.reserve(text.size());
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        char32_t point = text[at];
+        if (Is_Lead(point) && at + 1 < text.size() && Is_Trail(text[at + 1])) {
+            point = 0x10000 + ((point - 0xD800) << 10) + (text[at + 1] - 0xDC00U);
+            ++at;
+        } else if (Is_Lead(point) || Is_Trail(point)) {
+            point = Replacement;
+        }
+        Append_UTF8(utf8, point);
+    }
+    return utf8;
+}
+
+bool Is_Well_Formed(String_View text) {
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        if (Is_Trail(text[at]))
+            return false;
+        if (Is_Lead(text[at]) && (++at == text.size() || !Is_Trail(text[at])))
+            return false;
+    }
+    return true;
+}
+
+String Without_Trailing_Spaces(String_View text) {
+    const auto last = text.find_last_not_of(u' ');
+    return String(text.substr(0, last == String_View::npos ? 0 : last + 1));
+}
+
+String Without_Leading_Spaces(String_View text) {
+    const auto first = text.find_first_not_of(u' ');
+    return String(first == String_View::npos ? String_View{} : text.substr(first));
+}
+
+// Letters beyond ASCII are left alone: the product's keys are decimal numbers and its names ASCII.
+static char16_t Folded(char16_t unit) {
+    return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + (u'a' - u'A')) : unit;
+}
+
+String Case_Folded(String_View text) {
+    String folded(text);
+    for (char16_t& unit : folded)
+        unit = Folded(unit);
+    return folded;
+}
+
+bool Equal_Ignoring_Case(String_View left, String_View right) {
+    if (left.size() != right.size())
+        return false;
+    for (std::size_t at = 0; at < left.size(); ++at)
+        if (Folded(left[at]) != Folded(right[at]))
+            return false;
+    return true;
+}
+
+} // namespace automation

@@ -1,0 +1,174 @@
+#include "toolkit/form.h"
+
+#include <algorithm>
+
+namespace toolkit {
+
+namespace {
+
+std::vector<Form*>& Forms() {
+    thread_local std::vector<Form*> forms;
+    return forms;
+}
+
+} // namespace
+
+Form::Form(const Form_Design& design)
+    : name(design.Name), face(design.Face), border(design.Border),
+      caption(design.Caption), place{0, 0, design.Client.Width + design.Border.Width,
+                                     design.Client.Height + design.Border.Height} {}
+
+Form::~Form() {
+    std::erase(Forms(), this);
+}
+
+Control* Form::Find(String_View control_name) const {
+    const auto found = std::find_if(controls.begin(), controls.end(),
+                                    [&](const Control* control) { return control->Name() == control_name; });
+    return found == controls.end() ? nullptr : *found;
+}
+
+void Form::Require_Present() const {
+    if (Is_Gone())
+        throw Form_Gone{};
+}
+
+void Form::Prepare_Write() {
+    if (life != Life::Loaded)
+        Load();
+}
+
+void Form::Load() {
+    Require_Present();
+    if (Is_Loaded())
+        return;
+    display = &Current_Display();
+    display->Form_Loaded(*this);
+    life = Life::Loaded;
+    Forms().push_back(this);
+}
+
+void Form::Show_Modal() {
+    if (Is_Gone())
+        return;
+    const auto keep = shared_from_this();
+    Load();
+    if (visible)
+        throw automation::Failure(400, u"Form already displayed; can't show modally");
+    visible = true;
+    try {
+        display->Form_Changed(*this, Property::Visible);
+        display->Run_Modal(*this);
+    } catch (...) {
+        visible = false;
+        throw;
+    }
+}
+
+void Form::Hide() {
+    Prepare_Write();
+    if (std::exchange(visible, false))
+        display->Form_Changed(*this, Property::Visible);
+}
+
+void Form::Unload() {
+    if (!Is_Loaded())
+        return;
+    const auto keep = shared_from_this();
+    bool cancel = false;
+    On_Unload(cancel);
+    if (!cancel && Is_Loaded())
+        Discard();
+}
+
+void Form::Discard() {
+    life = Life::Gone;
+    visible = false;
+    std::erase(Forms(), this);
+    std::exchange(display, nullptr)->Form_Unloaded(*this);
+    On_Discarded();
+}
+
+const String& Form::Caption() const {
+    Require_Present();
+    return caption;
+}
+
+void Form::Set_Caption(String_View value) {
+    Prepare_Write();
+    if (caption == value)
+        return;
+    caption = value;
+    display->Form_Changed(*this, Property::Caption);
+}
+
+const Rectangle& Form::Place() const {
+    Require_Present();
+    return place;
+}
+
+void Form::Move(const Rectangle& wanted) {
+    Prepare_Write();
+    if (wanted.Width < 0 || wanted.Height < 0)
+        automation::Raise(automation::run_time::Invalid_Property_Value);
+    if (std::exchange(place, wanted) != wanted)
+        display->Form_Changed(*this, Property::Geometry);
+}
+
+void Form::Set_Mouse_Pointer(automation::Integer pointer) {
+    if (std::exchange(mouse_pointer, pointer) != pointer && Is_Loaded())
+        display->Pointer_Changed();
+}
+
+Control* Form::Focused() const {
+    Require_Present();
+    return focused ? focused : Next_Tab_Stop(nullptr);
+}
+
+Control* Form::Next_Tab_Stop(const Control* from) const {
+    Control* first = nullptr;
+    Control* next = nullptr;
+    for (Control* control : controls) {
+        if (!control->Is_Tab_Stop())
+            continue;
+        if (!first || control->Tab_Index() < first->Tab_Index())
+            first = control;
+        if (from && control->Tab_Index() > from->Tab_Index() &&
+            (!next || control->Tab_Index() < next->Tab_Index()))
+            next = control;
+    }
+    return next ? next : first;
+}
+
+void Form::User_Move_Focus(Control& control) {
+    Control* const old = Focused();
+    focused = &control;
+    if (old == &control)
+        return;
+    display->Focus_Changed(*this);
+    if (old)
+        old->Raise(old->On_Lost_Focus);
+}
+
+void Form::Focus_May_Have_Gone() {
+    if (!focused || focused->Is_Tab_Stop())
+        return;
+    if (Control* next = Next_Tab_Stop(focused))
+        User_Move_Focus(*next);
+    else
+        focused = nullptr;
+}
+
+void Discard_All_Forms() {
+    const std::vector<Form*> forms = Forms();
+    for (Form* form : forms) {
+        const auto keep = form->shared_from_this();
+        form->Discard();
+    }
+}
+
+std::vector<Form*> Loaded_Forms() {
+    return Forms();
+}
+
+} // namespace toolkit
