@@ -11,7 +11,9 @@ namespace {
 
 constexpr Integer Texts_Per_Language = 59;
 
-Boolean To_Boolean(bool value) { return value ? True : False; }
+Boolean To_Boolean(bool value) {
+    return value ? True : False;
+}
 
 } // namespace
 
@@ -140,10 +142,16 @@ dialog::dlgGUI& Busyness_Rules::Form() const {
     return *form;
 }
 
-void Busyness_Rules::Load_All_Threshold() { data::Load_All_Threshold(state, Form(), *this); }
+void Busyness_Rules::Load_All_Threshold() {
+    data::Load_All_Threshold(state, Form(), *this);
+}
 
-String Busyness_Rules::Node_Type_Name_of(Integer node_type) { return data::Node_Type_Name_of(state, node_type); }
+String Busyness_Rules::Node_Type_Name_of(Integer node_type) {
+    return data::Node_Type_Name_of(state, node_type);
+}
 
-bool Busyness_Rules::Save_Changes() { return data::Save_Changes(state, Form(), *this); }
+bool Busyness_Rules::Save_Changes() {
+    return data::Save_Changes(state, Form(), *this);
+}
 
 } // namespace component

@@ -1,5 +1,6 @@
-// Busyness_Rules: the object that a host sees, the editor state in it, and the procedures that the dialog calls back
-// into. Everything runs on the thread that created the object; Shown blocks it for the whole modal dialog.
+// Busyness_Rules: the object that a host sees, the editor state in it, and the procedures that the dialog
+// calls back into. Everything runs on the thread that created the object; Shown blocks it for the whole modal
+// dialog.
 #pragma once
 
 #include <memory>

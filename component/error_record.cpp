@@ -1,7 +1,6 @@
 // The error record, and what happens when reporting itself fails: the user log and the "Internal Error" box.
 #include "automation/number.h"
 #include "busyness_rules.h"
-#include "folders/folders.h"
 #include "resources/resources.h"
 
 namespace component {
@@ -21,7 +20,9 @@ String_View Object_Name(Object_Index object) {
     return {};
 }
 
-String Bracketed(String_View text) { return String(u"[").append(text).append(u"]"); }
+String Bracketed(String_View text) {
+    return String(u"[").append(text).append(u"]");
+}
 
 } // namespace
 
@@ -36,8 +37,7 @@ void Busyness_Rules::Handle_Error(String Source, String_View Procedure, Long Num
         if (!Procedure.empty())
             state.Error_Location = Source.append(Procedure);
         else // the number names a text of the language
-            state.Error_Description =
-                resources::Load_String(automation::Add(state.Language_Offset, Number));
+            state.Error_Description = resources::Load_String(automation::Add(state.Language_Offset, Number));
     } catch (...) {
         const automation::Failure failure = dialog::Caught_Failure();
         Report_Error(failure.Source, failure.Number, failure.Description);
@@ -66,7 +66,8 @@ void Busyness_Rules::Show_Internal_Error() {
         if (state.Message_Box_Component)
             Show_Box(Variant(Long{1}), message, 3, 1, Internal_Error_Title);
         else
-            toolkit::Show_Message({.Text = message, .Style = Critical_Box, .Title = String(Internal_Error_Title)});
+            toolkit::Show_Message(
+                {.Text = message, .Style = Critical_Box, .Title = String(Internal_Error_Title)});
     } catch (...) {
         // As above.
     }

@@ -22,15 +22,16 @@ constexpr Long Information = 2;
 constexpr Long One_Button = 1;
 constexpr Long Save_Buttons = 3;
 
-Integer Number_Of(const recordset::Recordset& nodes) { return nodes.Value(u"NodeNumber").To_Integer(); }
+Integer Number_Of(const recordset::Recordset& nodes) {
+    return nodes.Value(u"NodeNumber").To_Integer();
+}
 
 } // namespace
 
 bool Busyness_Rules::Node_Editor_Populated() {
     return dialog::Trapped(*this, u"Node_Editor_Populated", Object_Index::Busyness_Rules, false, [this] {
-        state.Nodes_Recordset =
-            data::Read(*this, state.Nodes_Reader, &interfaces::NODES::Get_Style_Nodes,
-                       Decimal_Text(state.Config_ID), Decimal_Text(state.Partition_ID));
+        state.Nodes_Recordset = data::Read(*this, state.Nodes_Reader, &interfaces::NODES::Get_Style_Nodes,
+                                           Decimal_Text(state.Config_ID), Decimal_Text(state.Partition_ID));
         state.Node_Position = 0;
         Form().cmbNode.Clear();
         const Variant wanted = List_Nodes();
@@ -44,8 +45,8 @@ bool Busyness_Rules::Node_Editor_Populated() {
     });
 }
 
-// Lists the nodes that can be moved to. The first one whose number is at least the requested one is wanted; the
-// default node is listed alone or not at all.
+// Lists the nodes that can be moved to. The first one whose number is at least the requested one is wanted;
+// the default node is listed alone or not at all.
 Variant Busyness_Rules::List_Nodes() {
     auto& nodes = state.Nodes_Recordset;
     Variant wanted;
@@ -83,8 +84,8 @@ void Busyness_Rules::Make_Room_For_Default_Node() {
 // Removes the navigation bar and closes the gap that it leaves.
 Integer Busyness_Rules::Arrange_For_Default_Node() {
     auto& form = Form();
-    toolkit::Control* const bar[] = {&form.cmdFirst, &form.cmdPrevious,       &form.cmbNode,
-                                     &form.lblRecordPosition, &form.cmdNext, &form.cmdLast};
+    toolkit::Control* const bar[] = {&form.cmdFirst,          &form.cmdPrevious, &form.cmbNode,
+                                     &form.lblRecordPosition, &form.cmdNext,     &form.cmdLast};
     for (toolkit::Control* control : bar)
         control->Set_Visible(false);
     const Integer former_top = automation::To_Integer(static_cast<double>(form.lblDescription.Top()));

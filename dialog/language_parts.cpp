@@ -62,7 +62,7 @@ void dlgGUI::Load_Language_Dependant_Parts() {
         [this](const String& text) {
             const Integer width = automation::To_Integer(text);
             const toolkit::Size screen_size = toolkit::screen::Screen_Size();
-            Move({Half(screen_size.Width - width), Half(screen_size.Height - Place().Height), width,
+            Move({(screen_size.Width - width) / 2, (screen_size.Height - Place().Height) / 2, width,
                   Place().Height});
         },
         caption(lblDescription),

@@ -16,9 +16,7 @@ using automation::Long;
 using automation::Reference;
 using automation::String;
 using automation::String_View;
-
-// The node type whose nodes this editor edits.
-constexpr Integer Style_Node_Type = 5;
+using dialog::Style_Node_Type;
 
 struct Editor_State {
     // The last recorded error; an empty description means none since Shown began.

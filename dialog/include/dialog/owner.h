@@ -16,6 +16,9 @@ using automation::String_View;
 // Source of the failures of the component's own run time.
 constexpr String_View Component_Name = u"KOR_STYLE_Node";
 
+// The product's identifier of the node type that the editor edits.
+constexpr Integer Style_Node_Type = 5;
+
 // The object that a failure's location names.
 enum class Object_Index : Integer { Busyness_Rules = 1, dlgGUI = 2 };
 
