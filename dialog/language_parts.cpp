@@ -6,17 +6,6 @@
 
 namespace dialog {
 
-namespace {
-
-constexpr Integer Style_Node_Type = 5;
-
-// Half of a length, rounded to a whole twip first, the remainder dropped.
-toolkit::Twips Half(toolkit::Twips length) {
-    return length / 2;
-}
-
-} // namespace
-
 void dlgGUI::Load_Language_Dependant_Parts() {
     // One step for each text, in ascending order of the text ids. A text of a pair or a triple that is
     // not there stops before its control is moved.

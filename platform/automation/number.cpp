@@ -110,6 +110,8 @@ private:
             if (error == std::errc::result_out_of_range)
                 return *from != '-';
         }
+        constexpr std::int64_t limit = std::int64_t{1} << 48; // beyond the length of every text
+        exponent = std::clamp(exponent, -limit, limit);
         return static_cast<std::int64_t>(point) - static_cast<std::int64_t>(first) + exponent > 0;
     }
 

@@ -57,10 +57,11 @@ String Currency_Text(std::int64_t ten_thousandths) {
 
 // Short date followed by the time; a part that is zero is left out.
 String Date_Text(double days) {
-    const double whole = std::floor(days);
-    const auto seconds = static_cast<int>(std::lround((days - whole) * 86400)) % 86400;
+    const std::int64_t total = std::llround(days * 86400); // seconds first: they may round to the next day
+    const auto whole = static_cast<int>(std::floor(static_cast<double>(total) / 86400));
+    const auto seconds = static_cast<int>(total - std::int64_t{whole} * 86400);
     const std::chrono::sys_days epoch{std::chrono::year{1899} / 12 / 30};
-    const std::chrono::year_month_day date{epoch + std::chrono::days{static_cast<int>(whole)}};
+    const std::chrono::year_month_day date{epoch + std::chrono::days{whole}};
     std::array<char, 64> buffer{};
     String text;
     if (whole != 0 || seconds == 0) {

@@ -70,6 +70,7 @@ const Rectangle& Control::Place() const {
 
 void Control::Move(Twips left, std::optional<Twips> top, std::optional<Twips> width,
                    std::optional<Twips> height) {
+    Begin_Write();
     const Rectangle wanted{left, top.value_or(place.Top), width.value_or(place.Width),
                            height.value_or(place.Height)};
     if (wanted.Width < 0 || wanted.Height < 0)

@@ -6,10 +6,9 @@ namespace toolkit {
 
 namespace {
 
-std::vector<Form*>& Forms() {
-    thread_local std::vector<Form*> forms;
-    return forms;
-}
+// The calling thread's loaded forms, chained in the order of loading. A plain pointer, so that a form that is
+// kept until the thread ends still finds it.
+thread_local Form* first_loaded = nullptr;
 
 } // namespace
 
@@ -19,7 +18,22 @@ Form::Form(const Form_Design& design)
                                      design.Client.Height + design.Border.Height} {}
 
 Form::~Form() {
-    std::erase(Forms(), this);
+    Leave_Chain();
+}
+
+void Form::Join_Chain() {
+    Form** end = &first_loaded;
+    while (*end)
+        end = &(*end)->next_loaded;
+    *end = this;
+}
+
+void Form::Leave_Chain() {
+    for (Form** link = &first_loaded; *link; link = &(*link)->next_loaded)
+        if (*link == this) {
+            *link = std::exchange(next_loaded, nullptr);
+            return;
+        }
 }
 
 Control* Form::Find(String_View control_name) const {
@@ -45,7 +59,7 @@ void Form::Load() {
     display = &Current_Display();
     display->Form_Loaded(*this);
     life = Life::Loaded;
-    Forms().push_back(this);
+    Join_Chain();
 }
 
 void Form::Show_Modal() {
@@ -84,7 +98,7 @@ void Form::Unload() {
 void Form::Discard() {
     life = Life::Gone;
     visible = false;
-    std::erase(Forms(), this);
+    Leave_Chain();
     std::exchange(display, nullptr)->Form_Unloaded(*this);
     On_Discarded();
 }
@@ -160,15 +174,17 @@ void Form::Focus_May_Have_Gone() {
 }
 
 void Discard_All_Forms() {
-    const std::vector<Form*> forms = Forms();
-    for (Form* form : forms) {
-        const auto keep = form->shared_from_this();
+    while (first_loaded) { // one that goes may take others with it
+        const auto form = first_loaded->shared_from_this();
         form->Discard();
     }
 }
 
 std::vector<Form*> Loaded_Forms() {
-    return Forms();
+    std::vector<Form*> forms;
+    for (Form* form = first_loaded; form; form = form->next_loaded)
+        forms.push_back(form);
+    return forms;
 }
 
 } // namespace toolkit

@@ -30,9 +30,12 @@ void Text_Control::User_Edit(String_View value, std::size_t position) {
 void Text_Control::Replace_Text(String_View value, std::size_t position) {
     const bool changed = text != value;
     text = value;
-    caret = std::min(position, text.size());
+    const std::size_t wanted = std::min(position, text.size());
+    const bool moved = std::exchange(caret, wanted) != wanted;
     if (changed)
-        Notify(Property::Text);
+        Notify(Property::Text); // the caret included
+    else if (moved)
+        Notify(Property::Caret);
 }
 
 std::size_t Text_Control::Selection_Start() const {
@@ -99,6 +102,7 @@ void List_Control::Set_Item_Data(Long index, Long data) {
 }
 
 Long List_Control::New_Index() const {
+    (void)Place(); // Form_Gone
     return newest;
 }
 

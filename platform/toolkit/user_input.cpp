@@ -48,6 +48,16 @@ Refusal Take_Focus(Control& control) {
     return {};
 }
 
+// Acts on the control once it has the focus, unless a handler that the move ran has switched it off.
+template <typename Action>
+Refusal Act_With_Focus(Control& control, Action action) {
+    if (auto refusal = Take_Focus(control))
+        return refusal;
+    if (control.Is_Reachable())
+        action();
+    return {};
+}
+
 // A verb on a field whose text a person can edit.
 template <typename Verb>
 Refusal Perform_On_Text(Control& control, Verb verb) {
@@ -78,10 +88,7 @@ Refusal Enter_Text(Control& control) {
     return Perform_On_Text(control, [](Text_Control& field) -> Refusal {
         if (field.Owner_Form().Focused() == &field)
             return {};
-        auto refusal = Take_Focus(field);
-        if (!refusal)
-            field.Set_Selection_Start(field.Text().size());
-        return refusal;
+        return Act_With_Focus(field, [&] { field.Set_Selection_Start(field.Text().size()); });
     });
 }
 
@@ -107,10 +114,7 @@ Refusal Backspace(Control& control) {
 
 Refusal Replace(Control& control, std::size_t start, std::size_t length, String_View text) {
     return Perform_On_Text(control, [&](Text_Control& field) -> Refusal {
-        if (auto refusal = Take_Focus(field))
-            return refusal;
-        Change(field, start, length, text);
-        return {};
+        return Act_With_Focus(field, [&] { Change(field, start, length, text); });
     });
 }
 
@@ -130,10 +134,10 @@ Refusal Pick(Control& control, automation::Long index) {
             return refusal;
         if (index < 0 || index >= list->Count())
             return control.Name() + u" has no entry " + automation::Decimal_Text(index);
-        if (auto refusal = Take_Focus(control))
-            return refusal;
-        list->User_Pick(index);
-        return {};
+        return Act_With_Focus(control, [&] {
+            if (index < list->Count())
+                list->User_Pick(index);
+        });
     });
 }
 
@@ -143,15 +147,7 @@ Refusal Press(Control& control) {
         auto* option = dynamic_cast<Option_Button*>(&control);
         if (!button && !option)
             return control.Name() + u" cannot be clicked";
-        if (auto refusal = Take_Focus(control))
-            return refusal;
-        if (!control.Is_Reachable()) // its own focus may have switched it off
-            return {};
-        if (button)
-            button->User_Press();
-        else
-            option->User_Select();
-        return {};
+        return Act_With_Focus(control, [&] { button ? button->User_Press() : option->User_Select(); });
     });
 }
 

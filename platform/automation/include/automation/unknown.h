@@ -147,6 +147,9 @@ Reference<Class> Make_Object(Arguments&&... arguments) {
 // Binds an object to one of its interfaces: 91 for no object, 430 for no such interface.
 template <typename Interface>
 Reference<Interface> Bind(const Reference<Unknown>& object) {
+    static_assert(std::is_same_v<Interface, Unknown> ||
+                      !(Interface::Interface_Identity == Unknown::Interface_Identity),
+                  "an interface without an identity of its own cannot be looked up");
     void* found = nullptr;
     if (object->Query_Interface(Interface::Interface_Identity, &found) < 0)
         Raise(run_time::No_Such_Interface);

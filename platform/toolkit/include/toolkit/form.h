@@ -87,11 +87,14 @@ protected:
 private:
     friend class Control;
     friend void Discard_All_Forms();
+    friend std::vector<Form*> Loaded_Forms();
     enum class Life { Created, Loaded, Gone };
 
     void Require_Present() const;
     void Prepare_Write();
     void Discard();
+    void Join_Chain();
+    void Leave_Chain();
     void Focus_May_Have_Gone();
 
     const String name;
@@ -100,6 +103,7 @@ private:
     std::vector<Control*> controls;
     Picture_Source pictures;
     Life life = Life::Created;
+    Form* next_loaded = nullptr;
     bool visible = false;
     Display* display = nullptr;
     String caption;

@@ -1,0 +1,150 @@
+#include "host/command_line.h"
+
+#include <CLI/CLI.hpp>
+
+#include "host/decimal.h"
+#include "stores/store.h"
+
+namespace host {
+
+namespace {
+
+CLI::Option* Text_Option(CLI::App& app, const std::string& name, std::optional<std::string>& target,
+                         const std::string& value_name, const std::string& help) {
+    return app
+        .add_option_function<std::string>(
+            name, [&target](const std::string& text) { target = text; }, help)
+        ->type_name(value_name);
+}
+
+// Each use takes one value; what follows it is an argument of its own.
+void Repeatable_Option(CLI::App& app, const std::string& name, std::vector<std::string>& target,
+                       const std::string& value_name, const std::string& help) {
+    app.add_option(name, target, help)->type_name(value_name)->allow_extra_args(false);
+}
+
+// Decimal digits only: the library would also read octal and hexadecimal numbers.
+template <typename Value, typename Target>
+void Number_Option(CLI::App& app, const std::string& name, Target& target, Value least, Value most,
+                   const std::string& help) {
+    const auto take = [=, &target](const std::string& text) {
+        const auto number = Decimal<Value>(text);
+        if (!number || *number < least || *number > most)
+            throw CLI::ValidationError(name, "write a number from " + std::to_string(least) + " to " +
+                                                 std::to_string(most) + " instead of '" + text + "'");
+        target = *number;
+    };
+    app.add_option_function<std::string>(name, take, help)->type_name("N");
+}
+
+void Identifier_Option(CLI::App& app, const std::string& name, Integer& target, const std::string& help) {
+    Number_Option<Integer>(app, name, target, INT16_MIN, INT16_MAX, help);
+}
+
+void Store_Option(CLI::App& app, std::optional<std::string>& target) {
+    Text_Option(app, "--store", target, "S", "sqlite:PATH or postgresql://...; without it your own store");
+}
+
+void Common_Options_Of(CLI::App& app, Common_Options& options) {
+    Store_Option(app, options.Store);
+    Text_Option(app, "--strings", options.Strings, "FILE", "Read all texts from this string table");
+    Text_Option(app, "--appdata", options.App_Data, "DIR",
+                "The machine's common application-data folder; empty for none");
+    Text_Option(app, "--registry", options.Registry, "FILE", "Read this exported registry file");
+    app.add_flag("--trace", options.Trace, "Print every call on a data component");
+    Repeatable_Option(app, "--fail", options.Failures, "OPERATION[@K][=NUMBER:DESCRIPTION]",
+                      "Make the K-th or every call of an operation fail");
+    Repeatable_Option(app, "--reply", options.Replies, "OPERATION[@K]=FILE",
+                      "Let a reading operation answer this file's text");
+    Repeatable_Option(app, "--missing", options.Missing, "PROGID", "Make creating this component fail");
+}
+
+struct Parser {
+    CLI::App App{"Edits the STYLE nodes of a call flow.", "style-editor"};
+    Edit_Command Edit;
+    Play_Command Play;
+    Store_Init_Command Init;
+    bool Window = false;
+    CLI::App* Editing = App.add_subcommand("edit", "Open the editor in a window");
+    CLI::App* Playing = App.add_subcommand("play", "Run an editing script");
+    CLI::App* Storing = App.add_subcommand("store", "Look after a store");
+    CLI::App* Initialising = Storing->add_subcommand("init", "Create the store's tables and its sample data");
+
+    Parser() {
+        App.set_help_flag("--help", "Print this help");
+        for (CLI::App* command : {Editing, Playing, Storing, Initialising})
+            command->set_help_flag("--help", "Print this help");
+        App.set_version_flag("--version", "style-editor " STYLE_EDITOR_VERSION);
+        App.require_subcommand(0, 1);
+        Storing->require_subcommand(0, 1);
+        Add_Edit();
+        Add_Play();
+        Add_Init();
+    }
+
+    void Add_Edit() {
+        Common_Options_Of(*Editing, Edit.Common);
+        Identifier_Option(*Editing, "--config", Edit.Wanted.Config_ID, "Configuration (1)");
+        Identifier_Option(*Editing, "--partition", Edit.Wanted.Partition_ID, "Partition (1)");
+        Identifier_Option(*Editing, "--node", Edit.Wanted.Node_Number, "Node (1); 0 for the default node");
+        Identifier_Option(*Editing, "--language", Edit.Wanted.Language_ID, "Language (1, English)");
+        Editing->add_flag("--silent", Edit.Wanted.Silent_Error, "Show no box for internal errors");
+    }
+
+    void Add_Play() {
+        Playing->add_option("SCRIPT", Play.Script, "The script; - is standard input")->required();
+        Common_Options_Of(*Playing, Play.Common);
+        Text_Option(*Playing, "--picture", Play.Picture, "FILE",
+                    "Draw the dialog as the script last left it into this PNG file");
+        Playing->add_flag("--window", Window, "Not available in this build");
+    }
+
+    void Add_Init() {
+        Store_Option(*Initialising, Init.Store);
+        Number_Option<int>(*Initialising, "--nodes", Init.Nodes, 0, stores::Most_Nodes,
+                           "Make the default node and nodes 1 to N instead of the sample's");
+    }
+
+    Command_Line Parsed() const {
+        if (Window)
+            throw Usage_Error("--window is not available: this build has no window player; leave it out");
+        if (*Editing)
+            return Edit;
+        if (*Playing)
+            return Play;
+        if (*Initialising)
+            return Init;
+        throw Usage_Error("say what to do: edit, play SCRIPT or store init; see style-editor --help");
+    }
+};
+
+// The library takes the value of `--name=` from the next argument. It wants the arguments backwards.
+std::vector<std::string> Prepared(const std::vector<std::string>& arguments) {
+    std::vector<std::string> prepared;
+    for (const std::string& argument : arguments) {
+        const bool empty_value = argument.starts_with("--") && argument.find('=') == argument.size() - 1;
+        prepared.push_back(empty_value ? argument.substr(0, argument.size() - 1) : argument);
+        if (empty_value)
+            prepared.emplace_back();
+    }
+    std::reverse(prepared.begin(), prepared.end());
+    return prepared;
+}
+
+} // namespace
+
+Command_Line Parse_Command_Line(const std::vector<std::string>& arguments) {
+    Parser parser;
+    try {
+        parser.App.parse(Prepared(arguments));
+        return parser.Parsed();
+    } catch (const CLI::CallForHelp&) {
+        return Information{parser.App.help()};
+    } catch (const CLI::CallForVersion& version) {
+        return Information{std::string(version.what()) + "\n"};
+    } catch (const CLI::Error& error) {
+        throw Usage_Error(std::string(error.what()) + "; see style-editor --help");
+    }
+}
+
+} // namespace host

@@ -1,0 +1,71 @@
+// What becomes of the calls on the product's components: which are printed, which fail, and which answer a
+// given text.
+//
+// A plan is made from the command line and then shared by all proxies (component_proxies.h). It counts the
+// calls of every operation over the whole run, whatever object they come on. Belongs to one thread.
+#pragma once
+
+#include <functional>
+#include <initializer_list>
+#include <map>
+#include <span>
+
+#include "automation/variant.h"
+#include "host/transcript.h"
+
+namespace host {
+
+// An operation of the product's components that a plan can name.
+struct Operation {
+    enum class Kind {
+        Reads,  // answers a recordset's text
+        Writes, // also those of the label checker
+        Shows,  // printed as the box that it shows
+    };
+    String_View Component; // programmatic identifier
+    String_View Name;
+    Kind Does;
+};
+std::span<const Operation> All_Operations();
+
+class Call_Plan {
+public:
+    // OPERATION[@K][=NUMBER:DESCRIPTION]. Throws Usage_Error.
+    void Add_Failure(const std::string& option);
+    // OPERATION[@K]=FILE. Throws Usage_Error; Start_Error when the file cannot be read as UTF-8.
+    void Add_Reply(const std::string& option);
+    // Prints every call before it runs. The transcript outlives the plan.
+    void Trace(Transcript& transcript) { trace = &transcript; }
+
+    bool Is_Idle() const { return trace == nullptr && failures.empty() && replies.empty(); }
+
+    using Variant = automation::Variant;
+    // One call: printed, then failed, answered or passed on. Throws nothing; the answer is a status, with
+    // the failure in the thread's error object.
+    automation::Status Call(String_View operation, std::initializer_list<const Variant*> arguments,
+                            Variant* result, const std::function<automation::Status()>& pass) noexcept;
+
+private:
+    template <typename Effect>
+    struct Planned {
+        const Operation* Target;
+        Long Which; // counted from 1; 0 means every call
+        Effect Then;
+    };
+    struct Target {
+        const Operation* Named;
+        Long Which;
+        std::optional<std::string> Effect; // behind the "="
+    };
+    static Target Parse_Target(const std::string& option);
+    template <typename Effect>
+    const Effect* Find(const std::vector<Planned<Effect>>& planned, const Operation& operation) const;
+    void Print(const Operation& operation, std::initializer_list<const Variant*> arguments);
+
+    Transcript* trace = nullptr;
+    std::vector<Planned<automation::Failure>> failures;
+    std::vector<Planned<String>> replies;
+    std::map<const Operation*, Long> calls;
+};
+
+} // namespace host

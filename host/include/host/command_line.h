@@ -1,0 +1,50 @@
+// The command line of style-editor, understood but not yet checked against files, stores or components.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "host/errors.h"
+#include "host/job.h"
+
+namespace host {
+
+// Options that `edit` and `play` share. Paths are in the file system's encoding.
+struct Common_Options {
+    std::optional<std::string> Store; // without it, the user's own
+    std::optional<std::string> Strings;
+    std::optional<std::string> App_Data; // empty: the shell answers none
+    std::optional<std::string> Registry;
+    bool Trace = false;
+    std::vector<std::string> Failures, Replies, Missing;
+};
+
+struct Edit_Command {
+    Common_Options Common;
+    Job Wanted;
+};
+
+struct Play_Command {
+    Common_Options Common;
+    std::string Script;                 // "-" is standard input
+    std::optional<std::string> Picture; // file for a picture of the dialog as the script last left it
+};
+
+struct Store_Init_Command {
+    std::optional<std::string> Store;
+    std::optional<int> Nodes;
+};
+
+// The help or the version, to be printed.
+struct Information {
+    std::string Text;
+};
+
+using Command_Line = std::variant<Edit_Command, Play_Command, Store_Init_Command, Information>;
+
+// `arguments` without the program's name. Throws Usage_Error.
+Command_Line Parse_Command_Line(const std::vector<std::string>& arguments);
+
+} // namespace host

@@ -1,0 +1,21 @@
+// The program as a whole, for main() and for tests.
+#pragma once
+
+#include <istream>
+#include <ostream>
+#include <string>
+#include <vector>
+
+namespace host {
+
+struct Streams {
+    std::istream& In;
+    std::ostream& Out;
+    std::ostream& Errors;
+};
+
+// Answers the exit status and throws nothing. `arguments` is the command line, the program's name first.
+// A process runs it once.
+int Run_Program(const std::vector<std::string>& arguments, const Streams& streams) noexcept;
+
+} // namespace host

@@ -1,0 +1,40 @@
+// A Display without a screen: message boxes get the answers that the script has queued, and a modal dialog
+// is handed to whoever plays the script.
+//
+// The screen is 15360 x 11520 twips. Belongs to one thread.
+#pragma once
+
+#include <deque>
+#include <functional>
+
+#include "host/script.h"
+#include "toolkit/form.h"
+
+namespace host {
+
+class Script_Display final : public toolkit::Display {
+public:
+    // Acts on the dialog until it is not visible any more.
+    std::function<void(toolkit::Form&)> On_Modal;
+
+    void Queue_Answer(Long answer) { answers.push_back(answer); }
+    // From now on boxes are answered so that a dialog closes: a save question with discard, others with OK.
+    void Answer_To_Close() { closing = true; }
+
+    toolkit::Size Screen_Size() const override { return {15360, 11520}; }
+    void Form_Loaded(toolkit::Form&) override {}
+    void Form_Unloaded(toolkit::Form&) override {}
+    void Form_Changed(toolkit::Form&, toolkit::Property) override {}
+    void Control_Changed(toolkit::Control&, toolkit::Property) override {}
+    void Focus_Changed(toolkit::Form&) override {}
+    void Pointer_Changed() override {}
+    void Run_Modal(toolkit::Form& form) override { On_Modal(form); }
+    void Process_Pending_Messages() override {}
+    Long Show_Message(const toolkit::Message& message) override;
+
+private:
+    std::deque<Long> answers;
+    bool closing = false;
+};
+
+} // namespace host

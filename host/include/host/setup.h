@@ -1,0 +1,31 @@
+// What has to be in place before the first editor object is created: classes, proxies, texts, folders.
+//
+// All of it is process-wide and made once per process. The transcript outlives every component.
+#pragma once
+
+#include <memory>
+
+#include "host/call_plan.h"
+#include "host/command_line.h"
+
+namespace host {
+
+class Setup {
+public:
+    // Checks what can be told without files and stores. Throws Usage_Error.
+    Setup(const Common_Options& options, Transcript& transcript);
+
+    // Reads the files, opens the store, and registers everything. Throws Start_Error.
+    void Start();
+
+private:
+    void Read_Files();
+
+    const Common_Options& options;
+    std::shared_ptr<Call_Plan> plan = std::make_shared<Call_Plan>();
+};
+
+// Makes a new store. Throws Start_Error. Answers its name.
+std::string Create_Store(const Store_Init_Command& command);
+
+} // namespace host

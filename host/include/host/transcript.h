@@ -1,0 +1,33 @@
+// What a run prints: one JSON object a line, UTF-8, each line flushed.
+//
+// The stream belongs to the caller and outlives the transcript. Controls and forms must not have been
+// unloaded. Texts that are no well-formed UTF-16 are printed with U+FFFD in place of lone surrogates.
+// Belongs to one thread.
+#pragma once
+
+#include <ostream>
+
+#include "host/job.h"
+#include "host/script.h"
+#include "toolkit/form.h"
+
+namespace host {
+
+class Transcript {
+public:
+    explicit Transcript(std::ostream& out) : out(out) {}
+
+    void Call(String_View component, String_View operation, const std::vector<String>& arguments);
+    void Box(const toolkit::Message& message, Long answer);
+    void No_Form();
+    void Form(const toolkit::Form& form);
+    void Control(const toolkit::Control& control);
+    void Items(const toolkit::List_Control& list);
+    void Refused(const Command& command, String_View reason);
+    void Result(const Job_Outcome& outcome);
+
+private:
+    std::ostream& out;
+};
+
+} // namespace host

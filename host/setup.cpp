@@ -1,0 +1,47 @@
+#include "host/setup.h"
+
+#include "component/register.h"
+#include "host/component_proxies.h"
+#include "resources/resources.h"
+#include "shell/registry.h"
+#include "shell/special_folders.h"
+#include "store_choice.h"
+#include "stores/store.h"
+
+namespace host {
+
+Setup::Setup(const Common_Options& options, Transcript& transcript) : options(options) {
+    component::Register_Classes();
+    if (options.Trace)
+        plan->Trace(transcript);
+    for (const std::string& failure : options.Failures)
+        plan->Add_Failure(failure);
+    for (const std::string& name : options.Missing)
+        Require_Known_Class(name);
+}
+
+void Setup::Start() {
+    Read_Files();
+    stores::Register_Classes(Open_Store(options.Store));
+    if (!plan->Is_Idle())
+        Install_Proxies(plan);
+    for (const std::string& name : options.Missing)
+        Make_Missing(name);
+}
+
+void Setup::Read_Files() {
+    for (const std::string& reply : options.Replies)
+        plan->Add_Reply(reply);
+    try {
+        if (options.Strings)
+            resources::Replace_Strings(shell::String_Table::Load(*options.Strings));
+        if (options.Registry)
+            shell::Load_Hive(*options.Registry);
+    } catch (const shell::Format_Error& error) {
+        throw Start_Error(std::string(error.what()) + (error.Line > 0 ? "; correct that line" : ""));
+    }
+    if (options.App_Data)
+        shell::Set_Common_App_Data(options.App_Data);
+}
+
+} // namespace host

@@ -1,0 +1,15 @@
+// Whole files that the command line names.
+#pragma once
+
+#include <string>
+
+#include "automation/text.h"
+
+namespace host {
+
+// Throws Start_Error when the file cannot be read.
+std::string Read_File(const std::string& path);
+// Throws Start_Error also when it is not UTF-8.
+automation::String Read_Text_File(const std::string& path);
+
+} // namespace host

@@ -1,0 +1,36 @@
+// Writes the persisted XML format: what a data component answers a read with.
+// Belongs to one thread; throws automation::Failure 5 for a text that XML cannot hold.
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "automation/text.h"
+
+namespace recordset {
+
+// Text fits every value; Integer is i2, Long i4.
+enum class Field_Type { Text, Integer, Long };
+
+struct Field_Description {
+    automation::String Name; // may be no legal XML name
+    Field_Type Type = Field_Type::Text;
+    int Longest = 0; // code units of a text; 0: not stated
+};
+
+class Writer {
+public:
+    explicit Writer(std::vector<Field_Description> fields);
+    // One value for each field, in their order; nothing is null. 5 when there are more or fewer, or when a
+    // text cannot be held; the row is then left out. A value of an Integer or a Long field is its decimal
+    // text.
+    void Add_Row(const std::vector<std::optional<automation::String>>& values);
+    // The whole document; the writer is spent afterwards.
+    automation::String Finish() &&;
+
+private:
+    std::vector<automation::String> attributes; // the name of each field in a row
+    automation::String text;
+};
+
+} // namespace recordset

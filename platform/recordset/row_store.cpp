@@ -1,0 +1,34 @@
+#include "row_store.h"
+
+#include <algorithm>
+
+namespace recordset {
+
+std::uint32_t Row_Store::Keep(std::string_view text) {
+    const auto place = static_cast<std::uint32_t>(texts.size());
+    texts.append(text).push_back('\0');
+    return place;
+}
+
+void Row_Store::Add_Row(const Cells& row) {
+    cells.insert(cells.end(), row.begin(), row.end());
+    row_ends.push_back(static_cast<std::uint32_t>(cells.size()));
+}
+
+void Row_Store::Shrink() {
+    texts.shrink_to_fit();
+    cells.shrink_to_fit();
+    row_ends.shrink_to_fit();
+}
+
+automation::Variant Row_Store::Value(std::size_t row, std::size_t field) const {
+    const Cell* const first = cells.data() + (row == 0 ? 0 : row_ends[row - 1]);
+    const Cell* const end = cells.data() + row_ends[row];
+    const Cell* const found = std::lower_bound(
+        first, end, field, [](const Cell& cell, std::size_t wanted) { return cell.Field < wanted; });
+    if (found == end || found->Field != field)
+        return automation::Variant::Null();
+    return *fields[field].Decode(texts.c_str() + found->Text);
+}
+
+} // namespace recordset

@@ -1,0 +1,49 @@
+#include "components.h"
+
+namespace stores {
+
+namespace {
+
+using automation::Identity;
+using automation::String_View;
+
+void Register(String_View program_identity, const Identity& class_identity,
+              std::function<New_Object()> create) {
+    automation::Register_Class({automation::String(program_identity), class_identity, std::move(create)});
+}
+
+template <typename Interface>
+void Register_On(const Shared_Store& store, const Identity& class_identity,
+                 New_Object (*make)(const Shared_Store&)) {
+    Register(Interface::Program_Identity, class_identity, [store, make] { return make(store); });
+}
+
+constexpr Identity SR_Class{0x918DADF0, 0xF1BD, 0x457F, {0xB9, 0x1F, 0x49, 0xC0, 0x1F, 0x40, 0x51, 0xFE}};
+constexpr Identity NODES_Class{0xF7D2CA46, 0x600A, 0x4BA4, {0x8F, 0xEB, 0xD4, 0xE5, 0xC3, 0x00, 0x4B, 0x20}};
+constexpr Identity DETAIL_Class{0x68B46DF2, 0x92F2, 0x4D62, {0xA1, 0x4A, 0x64, 0x76, 0x74, 0xAA, 0x1B, 0x68}};
+constexpr Identity CONFIG_Class{0x239CE407, 0x086A, 0x4F04, {0xBB, 0x71, 0xB8, 0x36, 0xA3, 0x75, 0x7F, 0xB9}};
+constexpr Identity UDNODES_Class{
+    0x8BE8DC2D, 0x9DDC, 0x4FF3, {0x89, 0x03, 0xFF, 0x96, 0xE9, 0xA5, 0x5F, 0x85}};
+constexpr Identity DELNODES_Class{
+    0xC98C16A4, 0x5D12, 0x42B0, {0xB0, 0x52, 0x9E, 0xC7, 0xD9, 0x05, 0x15, 0xEF}};
+constexpr Identity INSNODES_Class{
+    0x7AD6DAC8, 0xDD51, 0x48F7, {0x92, 0xC9, 0xCB, 0x57, 0xDF, 0x99, 0x70, 0xD1}};
+constexpr Identity Message_Box_Class{
+    0xC8AB12E0, 0x12AB, 0x4B3F, {0x86, 0x7C, 0x12, 0xEB, 0x32, 0xA8, 0xEA, 0x2A}};
+
+} // namespace
+
+void Register_Classes(const Shared_Store& store) {
+    Register_On<interfaces::SR>(store, SR_Class, Make_SR);
+    Register_On<interfaces::NODES>(store, NODES_Class, Make_NODES);
+    Register(interfaces::DETAIL::Program_Identity, DETAIL_Class, Make_DETAIL);
+    Register_On<interfaces::CONFIG>(store, CONFIG_Class, Make_CONFIG);
+    Register_On<interfaces::UDNODES>(store, UDNODES_Class, Make_UDNODES);
+    Register_On<interfaces::DELNODES>(store, DELNODES_Class, Make_DELNODES);
+    Register_On<interfaces::INSNODES>(store, INSNODES_Class, Make_INSNODES);
+    Register(interfaces::Message_Box::Program_Identity, Message_Box_Class, Make_Message_Box);
+    Register(interfaces::Label_Checker::Program_Identity, interfaces::Label_Checker::Class_Identity,
+             Make_Label_Checker);
+}
+
+} // namespace stores

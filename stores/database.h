@@ -1,0 +1,91 @@
+// One connection to a store's database. SOCI is seen by this folder alone, and only through this header.
+//
+// Statements are plain SQL that SQLite and PostgreSQL both take; every value goes in as a bound one.
+// Failures are soci::soci_error here; the callers turn them into a Store_Error or an automation::Failure.
+#pragma once
+
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+// Debian's SOCI is configured with Boost, which its headers need for binding Boost's own types only.
+#include <soci/soci-config.h>
+#undef SOCI_HAVE_BOOST
+#include <soci/soci.h>
+
+#include "automation/failure.h"
+#include "location.h"
+
+namespace stores {
+
+// What is bound to a placeholder: a key, a text, or null (a null pointer).
+struct Value {
+    Value(int key) : Held(key) {}
+    Value(std::string text) : Held(std::move(text)) {}
+    Value(const char* text) {
+        if (text)
+            Held = std::string(text);
+    }
+
+    std::variant<std::monostate, int, std::string> Held;
+};
+using Values = std::vector<Value>;
+
+// The columns of one row; nothing for null.
+using Row = std::vector<std::optional<automation::String>>;
+
+// A statement that is prepared at its first run and may run again with other values. Which of the values
+// are keys must not change from one run to the next.
+class Statement {
+public:
+    Statement(soci::session& session, std::string sql, std::size_t columns = 0);
+    void Run(const Values& values = {});
+    // The next row of the last run, written over `row`; false when there is none.
+    bool Next(Row& row);
+
+private:
+    struct Slot {
+        int Key = 0;
+        std::string Text;
+        soci::indicator State = soci::i_ok;
+    };
+    void Prepare(const Values& values);
+
+    std::string sql;
+    std::vector<Slot> in, out;
+    bool prepared = false;
+    soci::statement statement; // last: it refers to the slots
+};
+
+class Database {
+public:
+    // Store_Error when it cannot be reached.
+    explicit Database(const Location& location);
+
+    // Runs body(session) as one transaction while no other thread uses the connection; what it throws
+    // rolls everything back.
+    template <typename Body>
+    void In_Transaction(Body&& body) {
+        const std::lock_guard hold(mutex);
+        soci::transaction transaction(session);
+        body(session);
+        transaction.commit();
+    }
+
+    // The same for an operation of a component: what the database reports becomes an automation::Failure.
+    void Operate(const std::function<void(soci::session&)>& body);
+
+    const Location Place;
+
+private:
+    std::mutex mutex;
+    soci::session session;
+};
+
+// Runs the body; what the database reports becomes a Store_Error that names the store.
+void Explain(const Location& location, const std::function<void()>& body);
+
+} // namespace stores

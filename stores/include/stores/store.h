@@ -1,0 +1,65 @@
+// A store of node data on SQL, and the components that stand on it: replacements for the product's closed
+// data components, its message box and its label checker.
+//
+// A store is named by a URL: "sqlite:PATH" or "postgresql://...". It is one connection, shared by every
+// component that was created on it and usable from several threads: an operation holds it from begin to
+// commit. It keeps what it is given as text, odd values included, and never interprets it.
+//
+// Open and Create throw Store_Error; the components leave their failures in the thread's error object, as
+// every automation component does. The schema is described in docs/store.md.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <string>
+
+namespace stores {
+
+class Database;
+
+// One line that names the store and says what to do about it.
+class Store_Error : public std::runtime_error {
+public:
+    enum class Reason {
+        Missing,       // nothing is there yet: Create would make it
+        Already_There, // Create found a store and left it alone
+        Unusable,      // everything else
+    };
+    Store_Error(Reason reason, const std::string& message) : std::runtime_error(message), Why(reason) {}
+
+    const Reason Why;
+};
+
+// The largest number of nodes that Create makes besides the default node.
+constexpr int Most_Nodes = 32766;
+
+class Store {
+public:
+    // Opens a store that exists; makes no file.
+    static std::shared_ptr<Store> Open(const std::string& url);
+
+    // Makes the tables and the sample data in one transaction and opens the store. With `nodes`,
+    // configuration 1, partition 1 holds the default node and nodes 1 to `nodes` (0 to Most_Nodes) instead
+    // of the sample's. A new file gets mode 0600 and the folders that had to be made 0700; when anything
+    // fails they are gone again. An existing store, or a database with other tables, is refused untouched.
+    static std::shared_ptr<Store> Create(const std::string& url, std::optional<int> nodes = std::nullopt);
+
+    Store(const Store&) = delete;
+    Store& operator=(const Store&) = delete;
+    ~Store();
+
+    Database& Data() const { return *database; } // for this layer's own components
+
+private:
+    explicit Store(std::unique_ptr<Database> opened);
+
+    std::unique_ptr<Database> database;
+};
+
+// Registers every component under the product's identities, the data components on `store`, which lives as
+// long as a component or the registration does. Registering again replaces the store for objects created
+// from then on.
+void Register_Classes(const std::shared_ptr<Store>& store);
+
+} // namespace stores

@@ -1,0 +1,159 @@
+// Readers: each answers with a persisted recordset in the order of its SELECT list.
+#include <string>
+
+#include "components.h"
+#include "recordset/writer.h"
+#include "schema.h"
+
+namespace stores {
+
+namespace {
+
+using automation::Guard;
+using automation::Object;
+using automation::Status;
+using automation::Variant;
+using recordset::Field_Description;
+using Fields = std::vector<Field_Description>;
+
+Variant Recordset_Of(const Store& store, const std::string& sql, const Values& keys, const Fields& fields) {
+    recordset::Writer writer(fields);
+    store.Data().Operate([&](soci::session& session) {
+        Statement select(session, sql, fields.size());
+        select.Run(keys);
+        for (Row row; select.Next(row);)
+            writer.Add_Row(row);
+    });
+    return Variant(std::move(writer).Finish());
+}
+
+class SR_Reader final : public Object<interfaces::SR> {
+public:
+    explicit SR_Reader(Shared_Store opened) : store(std::move(opened)) {}
+
+    Status Get_All_Node_Types(Variant& Result) override {
+        return Guard(Program_Identity, [&] {
+            Result = Recordset_Of(*store,
+                                  "SELECT id, language_1, language_2 FROM node_type ORDER BY list_position",
+                                  {}, {{u"ID"}, {u"Language1"}, {u"Language2"}});
+        });
+    }
+    Status Get_All_Threshold_Types(Variant& Result) override {
+        return Guard(Program_Identity, [&] {
+            Result = Recordset_Of(*store,
+                                  "SELECT threshold_type_id, language_1, language_2 FROM threshold_type "
+                                  "ORDER BY list_position",
+                                  {}, {{u"ThresholdTypeID"}, {u"Language1"}, {u"Language2"}});
+        });
+    }
+
+private:
+    Shared_Store store;
+};
+
+// The default node comes first, the others in ascending order.
+constexpr const char* Select_Nodes =
+    "SELECT node_number, node_description, supervise_id, hookflash, threshold_type_id, transfer, "
+    "disconnection "
+    "FROM style_node WHERE config_id = :config AND partition_id = :partition "
+    "ORDER BY CASE WHEN node_number = 0 THEN 0 ELSE 1 END, node_number";
+
+class NODES_Reader final : public Object<interfaces::NODES> {
+public:
+    explicit NODES_Reader(Shared_Store opened) : store(std::move(opened)) {}
+
+    Status Get_Full_Detail(const Variant& Config_ID, const Variant& Partition_ID, const Variant& Node_Number,
+                           Variant& Result) override {
+        return Get_Detail(Full_Detail, Config_ID, Partition_ID, Node_Number, Result);
+    }
+    Status Get_Partial_Detail(const Variant& Config_ID, const Variant& Partition_ID,
+                              const Variant& Node_Number, Variant& Result) override {
+        return Get_Detail(Partial_Detail, Config_ID, Partition_ID, Node_Number, Result);
+    }
+    Status Get_Enhanced_Detail(const Variant& Config_ID, const Variant& Partition_ID,
+                               const Variant& Node_Number, Variant& Result) override {
+        return Get_Detail(Enhanced_Detail, Config_ID, Partition_ID, Node_Number, Result);
+    }
+    Status Get_DialContinue_Detail(const Variant& Config_ID, const Variant& Partition_ID,
+                                   const Variant& Node_Number, Variant& Result) override {
+        return Get_Detail(DialContinue_Detail, Config_ID, Partition_ID, Node_Number, Result);
+    }
+    Status Get_Style_Nodes(const Variant& Config_ID, const Variant& Partition_ID, Variant& Result) override {
+        return Guard(Program_Identity, [&] {
+            Result = Recordset_Of(*store, Select_Nodes, Values_Of({&Config_ID, &Partition_ID}),
+                                  {{u"NodeNumber", recordset::Field_Type::Integer},
+                                   {u"NodeDescription"},
+                                   {u"SuperviseID"},
+                                   {u"Hookflash"},
+                                   {u"ThresholdTypeID"},
+                                   {u"Transfer"},
+                                   {u"Disconnection"}});
+        });
+    }
+
+private:
+    Status Get_Detail(const Detail_Table& table, const Variant& config, const Variant& partition,
+                      const Variant& node, Variant& result) {
+        return Guard(Program_Identity, [&] {
+            const std::string sql = "SELECT " + Detail_Columns(table) + " FROM " + table.Name +
+                                    " WHERE config_id = :config AND partition_id = :partition "
+                                    "AND node_number = :node";
+            result = Recordset_Of(*store, sql, Values_Of({&config, &partition, &node}),
+                                  {{u"Retrieve"},
+                                   {u"BusyRetry"},
+                                   {u"NumberRetries"},
+                                   {u"RingLimit"},
+                                   {automation::String(table.First_Busy_Field)},
+                                   {automation::String(table.Second_Busy_Field)},
+                                   {u"RingOn"},
+                                   {u"RingOff"}});
+        });
+    }
+
+    Shared_Store store;
+};
+
+class DETAIL_Reader final : public Object<interfaces::DETAIL> {};
+
+class CONFIG_Reader final : public Object<interfaces::CONFIG> {
+public:
+    explicit CONFIG_Reader(Shared_Store opened) : store(std::move(opened)) {}
+
+    Status Get_Configuration_Info(Variant& Result) override {
+        return Guard(Program_Identity, [&] {
+            Result = Recordset_Of(*store,
+                                  "SELECT product_name, system_number, site_name, site_number, "
+                                  "product_version, release_number FROM configuration ORDER BY list_position",
+                                  {},
+                                  {{u"ProductName"},
+                                   {u"SystemNumber"},
+                                   {u"SiteName"},
+                                   {u"SiteNumber"},
+                                   {u"ProductVersion"},
+                                   {u"ReleaseNumber"}});
+        });
+    }
+
+private:
+    Shared_Store store;
+};
+
+} // namespace
+
+New_Object Make_SR(const Shared_Store& store) {
+    return automation::Make_Object<SR_Reader>(store);
+}
+
+New_Object Make_NODES(const Shared_Store& store) {
+    return automation::Make_Object<NODES_Reader>(store);
+}
+
+New_Object Make_DETAIL() {
+    return automation::Make_Object<DETAIL_Reader>();
+}
+
+New_Object Make_CONFIG(const Shared_Store& store) {
+    return automation::Make_Object<CONFIG_Reader>(store);
+}
+
+} // namespace stores

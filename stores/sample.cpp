@@ -1,0 +1,183 @@
+#include "sample.h"
+
+#include <array>
+
+#include "schema.h"
+
+namespace stores {
+
+namespace {
+
+constexpr int Style_Node_Type = 5;
+constexpr const char* Entry_Changed = "3/18/2024 9:30:00 AM";
+constexpr std::array Captions{"BLIND", "PARTIAL", "FULL", "DIALCONTINUE", "ENHANCED"};
+
+// Retrieve, busy retry in seconds, retries, rings, busy on and off (or both busy on-times), ring on and
+// off in milliseconds.
+using Detail = std::array<const char*, 8>;
+constexpr Detail Office{"!", "4", "3", "5", "500", "500", "2000", "4000"};
+constexpr Detail Branch{"!,*1", "6", "2", "8", "400", "400", "1000", "4000"};
+constexpr Detail Overseas{"!,,#", "10", "5", "10", "350", "350", "400", "2000"};
+constexpr Detail Fast_Busy{"!!", "2", "6", "4", "250", "250", "2000", "4000"};
+constexpr Detail Unset_Retrieve{"(null)", "4", "3", "5", "500", "500", "2000", "4000"};
+constexpr Detail Unset_Rings{"!", "4", "3", nullptr, "350", "650", nullptr, nullptr};
+
+struct Node {
+    int Config, Partition, Number;
+    const char* Label;
+    int Supervised_Type;
+    const char* Hookflash;
+    const char* Threshold;
+    const char* Transfer;
+    const char* Disconnection;
+    const Detail* Record; // null: none, as for every Blind node
+};
+
+constexpr std::array First_Partition{
+    Node{1, 1, 0, "Default transfer", 1, "500", "7", "!", "!", &Office},
+    Node{1, 1, 1, "Reception desk", 2, "500", "7", "!,,9#", "!,,*", &Office},
+    Node{1, 1, 2, "Announcement only", 0, "600", "7", "!,8#", "!", nullptr},
+    Node{1, 1, 3, "Sales queue", 1, "500", "4", "!,,7", "!", &Fast_Busy},
+    Node{1, 1, 5, "Service hotline", 3, "700", "6", "!,,9,1#", "!,*", &Branch},
+    Node{1, 1, 6, nullptr, 2, "550", "5", "!,,6#", "!", &Office},
+    Node{1, 1, 8, "(null)", 1, "500", "7", "!,8", "!", &Unset_Retrieve},
+    Node{1, 1, 9, "Night attendant", 4, "800", "2", "!,,0#", "!!", &Branch},
+    Node{1, 1, 10, "Branch office overseas", 2, "750", "8", "!,,9*", "!,#", &Overseas},
+    Node{1, 1, 12, "Second-level support", 1, "500", "7", "!,,12#", "!", &Office},
+    Node{1, 1, 14, "Fax line", 3, "600", "3", "!,4#", "!", nullptr},
+    Node{1, 1, 15, "Duty phone", 4, "650", "1", "!,,15#", "!,*", &Unset_Rings},
+    Node{1, 1, 20, "Consultant, external", 0, "500", nullptr, nullptr, "!", nullptr},
+};
+
+constexpr std::array Second_Partition{
+    Node{1, 2, 0, "Default transfer", 0, "500", "7", "!", "!", nullptr},
+    Node{1, 2, 3, "Warehouse", 1, "500", "7", "!,3#", "!", &Office},
+    Node{1, 2, 7, "Workshop", 2, "600", "6", "!,7#", "!", &Fast_Busy},
+    Node{1, 2, 9, "Gate", 4, "500", "7", "!,9#", "!", &Branch},
+};
+
+struct List_Row {
+    const char* ID;
+    const char* English;
+    const char* German;
+};
+
+constexpr std::array Node_Types{
+    List_Row{"1", "MENU", "MENÜ"},           List_Row{"2", "PROMPT", "ANSAGE"},
+    List_Row{"3", "QUEUE", "WARTESCHLANGE"}, List_Row{"4", "TRANSFER", "WEITERLEITUNG"},
+    List_Row{"5", "STYLE", "STIL"},          List_Row{"6", "VOICE MAIL", "SPRACHBOX"},
+    List_Row{"7", "SCHEDULE", "ZEITPLAN"},   List_Row{"8", "DIRECTORY", "VERZEICHNIS"},
+    List_Row{"9", "HANG UP", "AUFLEGEN"},
+};
+
+constexpr std::array Threshold_Types{
+    List_Row{"7", "Standard", "Standard"}, List_Row{"1", "Very low", "Sehr niedrig"},
+    List_Row{"2", "Low", "Niedrig"},       List_Row{"3", "Medium low", "Eher niedrig"},
+    List_Row{"4", "Medium", "Mittel"},     List_Row{"5", "Medium high", "Eher hoch"},
+    List_Row{"6", "High", "Hoch"},         List_Row{"8", "Very high", "Sehr hoch"},
+};
+
+// Inserts whole nodes: record, entry in the node list, detail record.
+class Node_Inserter {
+public:
+    explicit Node_Inserter(soci::session& session)
+        : record(session, "INSERT INTO style_node (config_id, partition_id, node_number, node_description, "
+                          "supervise_id, supervise_caption, hookflash, threshold_type_id, transfer, "
+                          "disconnection) VALUES (:config, :partition, :node, :label, :supervise, :caption, "
+                          ":hookflash, :threshold, :transfer, :disconnection)"),
+          entry(session, "INSERT INTO node_entry (config_id, partition_id, node_type_id, node_number, label, "
+                         "changed) VALUES (:config, :partition, :type, :node, :label, :changed)"),
+          details{Statement(session, Insert_Detail(*Detail_Tables[0])),
+                  Statement(session, Insert_Detail(*Detail_Tables[1])),
+                  Statement(session, Insert_Detail(*Detail_Tables[2])),
+                  Statement(session, Insert_Detail(*Detail_Tables[3]))} {}
+
+    void Insert(const Node& node) {
+        const auto type = static_cast<std::size_t>(node.Supervised_Type);
+        record.Run({node.Config, node.Partition, node.Number, node.Label, std::to_string(type),
+                    Captions[type], node.Hookflash, node.Threshold, node.Transfer, node.Disconnection});
+        entry.Run({node.Config, node.Partition, Style_Node_Type, node.Number, node.Label, Entry_Changed});
+        if (!node.Record)
+            return;
+        Values values{node.Config, node.Partition, node.Number, std::to_string(type)};
+        values.insert(values.end(), node.Record->begin(), node.Record->end());
+        details[type - 1].Run(values);
+    }
+
+private:
+    Statement record, entry;
+    std::array<Statement, 4> details;
+};
+
+// A node of a long partition: all types in turn, node 12 a Partial one.
+Node Numbered(int config, int partition, int number, const char* label) {
+    constexpr std::array Hookflashes{"500", "600", "700", "800"};
+    constexpr std::array Thresholds{"7", "1", "2", "3", "4", "5", "6", "8"};
+    constexpr std::array Transfers{"!,,9#", "!,8#", "!"};
+    constexpr std::array Records{&Office, &Branch, &Overseas, &Fast_Busy};
+    const auto index = static_cast<std::size_t>(number);
+    const int type = (number + 4) % 5;
+    return {config,
+            partition,
+            number,
+            label,
+            type,
+            Hookflashes[index % Hookflashes.size()],
+            Thresholds[index % Thresholds.size()],
+            Transfers[index % Transfers.size()],
+            "!",
+            type == 0 ? nullptr : Records[index % Records.size()]};
+}
+
+void Insert_Numbered(Node_Inserter& inserter, int config, int partition, int last) {
+    inserter.Insert(Numbered(config, partition, 0, "Default transfer"));
+    for (int number = 1; number <= last; ++number) {
+        const std::string label = "Extension " + std::to_string(1000 + number);
+        inserter.Insert(Numbered(config, partition, number, label.c_str()));
+    }
+}
+
+template <typename Rows>
+void Insert_List(soci::session& session, const std::string& sql, const Rows& rows) {
+    Statement insert(session, sql);
+    int position = 0;
+    for (const List_Row& row : rows)
+        insert.Run({++position, row.ID, row.English, row.German});
+}
+
+void Insert_Lists(soci::session& session) {
+    Insert_List(session,
+                "INSERT INTO node_type (list_position, id, language_1, language_2) "
+                "VALUES (:position, :id, :english, :german)",
+                Node_Types);
+    Insert_List(session,
+                "INSERT INTO threshold_type (list_position, threshold_type_id, language_1, language_2) "
+                "VALUES (:position, :id, :english, :german)",
+                Threshold_Types);
+}
+
+void Insert_Configuration(soci::session& session) {
+    Statement insert(session,
+                     "INSERT INTO configuration (list_position, product_name, system_number, site_name, "
+                     "site_number, product_version, release_number) "
+                     "VALUES (:position, :product, :system, :site, :number, :version, :release)");
+    insert.Run({1, "ZEBRIX", "1", "Main site", "12", "4.2", "420"});
+}
+
+} // namespace
+
+void Insert_Sample(soci::session& session, std::optional<int> nodes) {
+    Node_Inserter inserter(session);
+    if (nodes)
+        Insert_Numbered(inserter, 1, 1, *nodes);
+    else
+        for (const Node& node : First_Partition)
+            inserter.Insert(node);
+    for (const Node& node : Second_Partition)
+        inserter.Insert(node);
+    Insert_Numbered(inserter, 3, 1, 12);
+    Insert_Lists(session);
+    Insert_Configuration(session);
+}
+
+} // namespace stores

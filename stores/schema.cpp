@@ -1,0 +1,116 @@
+#include "schema.h"
+
+#include <algorithm>
+
+#include "automation/number.h"
+#include "stores/store.h"
+
+namespace stores {
+
+namespace {
+
+constexpr const char* Version_Table = "store_version";
+
+// Keys are integers; whatever the product may hand over is text, may be null and is not checked.
+constexpr std::array Tables{
+    "CREATE TABLE store_version (version INTEGER NOT NULL)",
+    "CREATE TABLE style_node (config_id INTEGER NOT NULL, partition_id INTEGER NOT NULL, "
+    "node_number INTEGER NOT NULL, node_description TEXT, supervise_id TEXT, supervise_caption TEXT, "
+    "hookflash TEXT, threshold_type_id TEXT, transfer TEXT, disconnection TEXT, "
+    "PRIMARY KEY (config_id, partition_id, node_number))",
+    "CREATE TABLE node_entry (config_id INTEGER NOT NULL, partition_id INTEGER NOT NULL, "
+    "node_type_id INTEGER NOT NULL, node_number INTEGER NOT NULL, label TEXT, changed TEXT, "
+    "PRIMARY KEY (config_id, partition_id, node_type_id, node_number))",
+    "CREATE TABLE node_type (list_position INTEGER NOT NULL PRIMARY KEY, id TEXT, "
+    "language_1 TEXT, language_2 TEXT)",
+    "CREATE TABLE threshold_type (list_position INTEGER NOT NULL PRIMARY KEY, threshold_type_id TEXT, "
+    "language_1 TEXT, language_2 TEXT)",
+    "CREATE TABLE configuration (list_position INTEGER NOT NULL PRIMARY KEY, product_name TEXT, "
+    "system_number TEXT, site_name TEXT, site_number TEXT, product_version TEXT, release_number TEXT)",
+};
+
+std::string Create_Detail(const Detail_Table& table) {
+    return std::string("CREATE TABLE ") + table.Name +
+           " (config_id INTEGER NOT NULL, partition_id INTEGER NOT NULL, node_number INTEGER NOT NULL, "
+           "supervise_id TEXT, retrieve TEXT, busy_retry TEXT, number_retries TEXT, ring_limit TEXT, " +
+           table.First_Busy + " TEXT, " + table.Second_Busy +
+           " TEXT, ring_on TEXT, ring_off TEXT, PRIMARY KEY (config_id, partition_id, node_number))";
+}
+
+std::vector<std::string> Table_Names(soci::session& session) {
+    std::vector<std::string> names;
+    Statement select(session, session.get_backend()->get_table_names_query(), 1);
+    select.Run();
+    for (Row row; select.Next(row);)
+        names.push_back(automation::To_UTF8(row[0].value_or(u"")));
+    return names;
+}
+
+// 0 when none is stated.
+automation::Long Version_Of(soci::session& session) {
+    Statement select(session, "SELECT MAX(version) FROM store_version", 1);
+    select.Run();
+    Row row;
+    return select.Next(row) && row[0] ? automation::To_Long(*row[0]) : 0;
+}
+
+std::string How_To_Create(const Location& location) {
+    return "create it with: style-editor store init --store " + location.Name;
+}
+
+} // namespace
+
+std::string Detail_Columns(const Detail_Table& table) {
+    return std::string("retrieve, busy_retry, number_retries, ring_limit, ") + table.First_Busy + ", " +
+           table.Second_Busy + ", ring_on, ring_off";
+}
+
+std::string Insert_Detail(const Detail_Table& table) {
+    return std::string("INSERT INTO ") + table.Name +
+           " (config_id, partition_id, node_number, supervise_id, " + Detail_Columns(table) +
+           ") VALUES (:config, :partition, :node, :supervise, :retrieve, :retry, :retries, :limit, :busy1, "
+           ":busy2, :ring1, :ring2)";
+}
+
+void Check_Schema(soci::session& session, const Location& location) {
+    const auto names = Table_Names(session);
+    if (names.empty())
+        throw Store_Error(Store_Error::Reason::Missing,
+                          "The store " + location.Name + " is empty; " + How_To_Create(location));
+    if (std::find(names.begin(), names.end(), Version_Table) == names.end())
+        throw Store_Error(Store_Error::Reason::Unusable,
+                          "The store " + location.Name +
+                              " is a database of something else; name another one, or a new one");
+    const automation::Long version = Version_Of(session);
+    if (version > Schema_Version)
+        throw Store_Error(Store_Error::Reason::Unusable,
+                          "The store " + location.Name + " has version " + std::to_string(version) +
+                              ", made by a newer program; update style-editor, which knows version " +
+                              std::to_string(Schema_Version));
+    if (version < Schema_Version)
+        throw Store_Error(Store_Error::Reason::Unusable,
+                          "The store " + location.Name +
+                              " states no version that is known; restore it from a copy");
+}
+
+void Check_Empty(soci::session& session, const Location& location) {
+    const auto names = Table_Names(session);
+    if (std::find(names.begin(), names.end(), Version_Table) != names.end())
+        throw Store_Error(Store_Error::Reason::Already_There,
+                          "The store " + location.Name +
+                              " exists already and was left as it is; remove it or name another one");
+    if (!names.empty())
+        throw Store_Error(Store_Error::Reason::Unusable,
+                          "The store " + location.Name +
+                              " is a database of something else and was left as it is; name a new one");
+}
+
+void Create_Tables(soci::session& session) {
+    for (const char* table : Tables)
+        Statement(session, table).Run();
+    for (const Detail_Table* table : Detail_Tables)
+        Statement(session, Create_Detail(*table)).Run();
+    Statement(session, "INSERT INTO store_version (version) VALUES (:version)").Run({Schema_Version});
+}
+
+} // namespace stores

@@ -1,0 +1,67 @@
+#include "control_view.h"
+
+#include <utility>
+
+#include "combo_view.h"
+#include "design_font.h"
+#include "geometry.h"
+#include "qt_text.h"
+
+namespace window {
+
+using toolkit::Control_Kind;
+
+Control_View::Control_View(toolkit::Control& control, QWidget* widget) : control(control), widget(widget) {
+    widget->setObjectName(To_Qt(control.Name()));
+    widget->setFont(Stand_In(control.Face()));
+}
+
+void Control_View::Control_Changed(toolkit::Property property) {
+    changed = true;
+    entries_changed = entries_changed || property == toolkit::Property::Items;
+}
+
+void Control_View::Refresh() {
+    if (!std::exchange(changed, false))
+        return;
+    widget->setGeometry(Pixels(control.Place()));
+    widget->setEnabled(control.Enabled());
+    widget->setVisible(control.Visible());
+    if (std::exchange(entries_changed, false))
+        Entries_Changed();
+    Show();
+}
+
+void Control_View::Fit(const QString& text, int pixels) {
+    if (pixels == fitted_width && text == fitted_text)
+        return;
+    widget->setFont(Fitted(control.Face(), text, pixels));
+    fitted_text = text;
+    fitted_width = pixels;
+}
+
+void Control_View::Fit_Caption(int pixels) {
+    Fit(To_Qt(toolkit::Drawn_Caption(control.Caption())), pixels);
+}
+
+std::unique_ptr<Control_View> Create_View(toolkit::Control& control, QWidget* parent, Input& input) {
+    switch (control.Kind()) {
+    case Control_Kind::Label:
+        return std::make_unique<Label_View>(static_cast<toolkit::Label&>(control), parent);
+    case Control_Kind::Text_Box:
+        return std::make_unique<Text_View>(static_cast<toolkit::Text_Box&>(control), parent, input);
+    case Control_Kind::Combo_Box:
+        return std::make_unique<Combo_View>(static_cast<toolkit::Combo_Box&>(control), parent, input);
+    case Control_Kind::List_Box:
+        return std::make_unique<List_View>(static_cast<toolkit::List_Box&>(control), parent, input);
+    case Control_Kind::Option_Button:
+        return std::make_unique<Option_View>(static_cast<toolkit::Option_Button&>(control), parent, input);
+    case Control_Kind::Frame:
+        return std::make_unique<Frame_View>(static_cast<toolkit::Frame&>(control), parent);
+    case Control_Kind::Command_Button:
+        return std::make_unique<Button_View>(static_cast<toolkit::Command_Button&>(control), parent, input);
+    }
+    return {};
+}
+
+} // namespace window

@@ -1,0 +1,215 @@
+#include "field_views.h"
+
+#include <QPainter>
+#include <QStyleOptionButton>
+
+#include <algorithm>
+#include <limits>
+#include <vector>
+
+#include "geometry.h"
+#include "qt_text.h"
+#include "toolkit/user_input.h"
+
+namespace window {
+
+namespace user_input = toolkit::user_input;
+
+// Label
+
+Label_View::Label_View(toolkit::Label& label, QWidget* parent)
+    : Control_View(label, new QLabel(parent)), label(label), shown(static_cast<QLabel&>(Widget())) {
+    shown.setTextFormat(Qt::PlainText);
+    shown.setIndent(0);
+    if (label.Look().Line == toolkit::Label::Border::Single)
+        shown.setFrameStyle(static_cast<int>(QFrame::StyledPanel) | static_cast<int>(QFrame::Sunken));
+    if (label.Look().Align == toolkit::Label::Alignment::Center)
+        shown.setAlignment(Qt::AlignCenter);
+    else
+        shown.setAlignment(Qt::AlignLeft | Qt::AlignTop);
+}
+
+void Label_View::Set_Buddy(QWidget* field) {
+    shown.setBuddy(field);
+}
+
+void Label_View::Show() {
+    Fit_Caption(shown.contentsRect().width());
+    // Without a field to lead to there is no access key, and Qt would draw the mark of one.
+    shown.setText(To_Qt(shown.buddy() ? label.Caption() : toolkit::Drawn_Caption(label.Caption())));
+}
+
+// Text
+
+Line_Editing::Line_Editing(toolkit::Text_Control& field, QLineEdit& line, Control_View& view, Input& input)
+    : field(field), line(line), view(view), input(input) {
+    line.setMaxLength(std::numeric_limits<int>::max());
+    QObject::connect(&line, &QLineEdit::textEdited, &line, [this] { Edited(); });
+    QObject::connect(&line, &QLineEdit::cursorPositionChanged, &line, [this] { Caret_Moved(); });
+    QObject::connect(&line, &QLineEdit::selectionChanged, &line, [this] { Caret_Moved(); });
+}
+
+void Line_Editing::Show() {
+    const QString text = To_Qt(field.Text());
+    if (line.text() != text)
+        line.setText(text);
+    const int caret = static_cast<int>(field.Selection_Start());
+    if (Caret() != caret)
+        line.setCursorPosition(caret);
+}
+
+void Line_Editing::Edited() {
+    input.Perform([this] {
+        view.Touch();
+        user_input::Edit(field, From_Qt(line.text()), static_cast<std::size_t>(line.cursorPosition()));
+    });
+}
+
+int Line_Editing::Caret() const {
+    return line.hasSelectedText() ? line.selectionStart() : line.cursorPosition();
+}
+
+void Line_Editing::Caret_Moved() {
+    input.Perform([this] {
+        if (line.text() == To_Qt(field.Text())) // otherwise an edit is under way and brings its own caret
+            field.Set_Selection_Start(static_cast<std::size_t>(Caret()));
+    });
+}
+
+Text_View::Text_View(toolkit::Text_Box& box, QWidget* parent, Input& input)
+    : Control_View(box, new QLineEdit(parent)),
+      editing(box, static_cast<QLineEdit&>(Widget()), *this, input) {}
+
+// Option button
+
+Option_View::Option_View(toolkit::Option_Button& option, QWidget* parent, Input& input)
+    : Control_View(option, new QRadioButton(parent)), option(option),
+      shown(static_cast<QRadioButton&>(Widget())), input(input) {
+    shown.setAutoExclusive(false); // the controls see to it, and every option is a tab stop
+    QObject::connect(&shown, &QRadioButton::clicked, &shown, [this] { Pick(this->option); });
+}
+
+void Option_View::Show() {
+    QStyleOptionButton look;
+    look.initFrom(&shown);
+    Fit_Caption(shown.style()->subElementRect(QStyle::SE_RadioButtonContents, &look, &shown).width());
+    shown.setText(To_Qt(option.Caption()));
+    shown.setChecked(option.Value());
+}
+
+void Option_View::Pick(toolkit::Option_Button& picked) {
+    input.Perform([&] {
+        Touch();
+        user_input::Press(picked);
+    });
+}
+
+bool Option_View::Key_Pressed(int key) {
+    const bool back = key == Qt::Key_Up || key == Qt::Key_Left;
+    if (!back && key != Qt::Key_Down && key != Qt::Key_Right)
+        return false;
+    std::vector<toolkit::Option_Button*> options;
+    for (toolkit::Control* other : option.Owner_Form().Controls()) {
+        auto* sibling = dynamic_cast<toolkit::Option_Button*>(other);
+        if (sibling && sibling->Container() == option.Container() && sibling->Is_Reachable())
+            options.push_back(sibling);
+    }
+    std::sort(options.begin(), options.end(),
+              [](auto* left, auto* right) { return left->Tab_Index() < right->Tab_Index(); });
+    const auto here = std::find(options.begin(), options.end(), &option);
+    if (here == options.end())
+        return true;
+    const auto step = back ? options.size() - 1 : std::size_t{1};
+    const auto index = (static_cast<std::size_t>(here - options.begin()) + step) % options.size();
+    Pick(*options[index]);
+    return true;
+}
+
+// Frame
+
+namespace {
+
+// A group box whose caption interrupts the upper border line.
+class Frame_Box final : public QGroupBox {
+public:
+    using QGroupBox::QGroupBox;
+
+    static constexpr int Caption_Left = 8;
+    static constexpr int Gap = 3; // between caption and line
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        const QRect caption = Caption_Place();
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Line_Color());
+        if (!title().isEmpty())
+            painter.setClipRegion(QRegion(rect()).subtracted(caption.adjusted(-Gap, 0, Gap, 0)));
+        painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, caption.height() / 2 + 0.5, -0.5, -0.5), 2, 2);
+        painter.setClipping(false);
+        style()->drawItemText(&painter, caption, static_cast<int>(Qt::AlignCenter) | Qt::TextShowMnemonic,
+                              palette(), isEnabled(), title(), QPalette::WindowText);
+    }
+
+private:
+    QRect Caption_Place() const {
+        const int width = fontMetrics().size(Qt::TextShowMnemonic, title()).width();
+        return {Caption_Left, 0, width, fontMetrics().height()};
+    }
+    QColor Line_Color() const {
+        const QColor text = palette().color(QPalette::WindowText);
+        const QColor back = palette().color(QPalette::Window);
+        auto mixed = [](int line, int behind) { return (line * 3 + behind * 7) / 10; };
+        return {mixed(text.red(), back.red()), mixed(text.green(), back.green()),
+                mixed(text.blue(), back.blue())};
+    }
+};
+
+} // namespace
+
+Frame_View::Frame_View(toolkit::Frame& frame, QWidget* parent)
+    : Control_View(frame, new Frame_Box(parent)), shown(static_cast<QGroupBox&>(Widget())) {}
+
+void Frame_View::Show() {
+    Fit_Caption(shown.width() - 2 * Frame_Box::Caption_Left);
+    shown.setTitle(To_Qt(Shown().Caption()));
+}
+
+// Command button
+
+namespace {
+
+// The pictures were drawn for a silver button.
+QPixmap Picture_Of(const toolkit::Command_Button& button) {
+    const auto& pictures = button.Owner_Form().Pictures();
+    if (button.Picture() == 0 || !pictures)
+        return {};
+    const auto bytes = pictures(button.Picture());
+    QImage image = QImage::fromData(bytes.data(), static_cast<int>(bytes.size()));
+    if (image.isNull())
+        return {};
+    image.setAlphaChannel(image.createMaskFromColor(qRgb(192, 192, 192), Qt::MaskOutColor));
+    return QPixmap::fromImage(image);
+}
+
+} // namespace
+
+Button_View::Button_View(toolkit::Command_Button& button, QWidget* parent, Input& input)
+    : Control_View(button, new QPushButton(parent)), shown(static_cast<QPushButton&>(Widget())) {
+    shown.setAutoDefault(false);
+    shown.setDefault(button.Owner_Form().Default_Button() == &button);
+    if (const QPixmap picture = Picture_Of(button); !picture.isNull()) {
+        shown.setIcon(picture);
+        shown.setIconSize(picture.size());
+    }
+    QObject::connect(&shown, &QPushButton::clicked, &shown,
+                     [&button, &input] { input.Perform([&button] { user_input::Press(button); }); });
+}
+
+void Button_View::Show() {
+    constexpr int Margin = 4;
+    Fit_Caption(shown.width() - 2 * Margin);
+    shown.setText(To_Qt(Shown().Caption()));
+}
+
+} // namespace window

@@ -1,0 +1,319 @@
+#include "form_window.h"
+
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QProxyStyle>
+#include <QScopedValueRollback>
+#include <QScreen>
+
+#include <algorithm>
+#include <utility>
+
+#include "design_font.h"
+#include "geometry.h"
+#include "qt_text.h"
+
+namespace window {
+
+namespace user_input = toolkit::user_input;
+using toolkit::Control;
+
+namespace {
+
+class Form_Style final : public QProxyStyle {
+public:
+    // A style whose fields hold a line of text in 19 pixels.
+    Form_Style() : QProxyStyle(QStringLiteral("Fusion")) {}
+
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* result) const override {
+        // A list below its field, which scrolls; the other kind measures all of its entries.
+        if (hint == SH_ComboBox_Popup)
+            return 0;
+        return QProxyStyle::styleHint(hint, option, widget, result);
+    }
+
+    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
+        // An option button may be as low as a line of text.
+        if (metric == PM_ExclusiveIndicatorWidth || metric == PM_ExclusiveIndicatorHeight)
+            return 13;
+        return QProxyStyle::pixelMetric(metric, option, widget);
+    }
+};
+
+} // namespace
+
+class Form_Window::Form_Dialog final : public QDialog {
+public:
+    explicit Form_Dialog(Form_Window& window) : window(window) {
+        setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                       Qt::WindowCloseButtonHint | Qt::MSWindowsFixedSizeDialogHint);
+        setWindowModality(Qt::ApplicationModal);
+        setAttribute(Qt::WA_QuitOnClose, false); // the host goes on
+    }
+
+    void reject() override { window.Close_Came(); }
+
+    bool eventFilter(QObject* widget, QEvent* event) override {
+        Control_View* const view = window.view_of_widget.at(widget);
+        if (event->type() == QEvent::FocusIn)
+            return Focus_In(*widget, *view, *static_cast<QFocusEvent*>(event));
+        if (event->type() == QEvent::KeyPress)
+            return Pass_On(view, *static_cast<QKeyEvent*>(event));
+        return false;
+    }
+
+protected:
+    void closeEvent(QCloseEvent* event) override {
+        event->ignore(); // the form decides
+        window.Close_Came();
+    }
+    void keyPressEvent(QKeyEvent* event) override {
+        if (!Pass_On(nullptr, *event))
+            event->ignore();
+    }
+    bool focusNextPrevChild(bool forward) override {
+        window.Tab_Came(forward);
+        return true;
+    }
+
+private:
+    bool Focus_In(QObject& widget, Control_View& view, const QFocusEvent& event) {
+        const auto reason = event.reason();
+        if (reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
+            reason == Qt::ShortcutFocusReason) {
+            // Qt would select the text, where the control has its caret.
+            QFocusEvent plain(QEvent::FocusIn, Qt::OtherFocusReason);
+            QCoreApplication::sendEvent(&widget, &plain);
+            return true;
+        }
+        window.Focus_Came(view);
+        return false;
+    }
+    bool Pass_On(Control_View* view, const QKeyEvent& event) {
+        const auto modifiers = event.modifiers() & ~Qt::KeyboardModifiers(Qt::KeypadModifier);
+        return modifiers == Qt::NoModifier && window.Key_Came(view, event.key(), event.isAutoRepeat());
+    }
+    Form_Window& window;
+};
+
+Form_Window::Form_Window(toolkit::Form& form)
+    : form(&form), style(std::make_unique<Form_Style>()), dialog(std::make_unique<Form_Dialog>(*this)) {
+    dialog->setFont(Stand_In(form.Face()));
+    Create_Views();
+    Set_Tab_Order();
+    Refresh();
+}
+
+Form_Window::~Form_Window() = default;
+
+QWidget& Form_Window::Dialog() const {
+    return *dialog;
+}
+
+QWidget* Form_Window::Widget_Of(const Control& control) const {
+    const auto found = view_of.find(&control);
+    return found == view_of.end() ? nullptr : &found->second->Widget();
+}
+
+void Form_Window::Create_Views() {
+    for (Control* control : form->Controls())
+        View_In(*control).Widget().raise();
+    for (QWidget* widget : dialog->findChildren<QWidget*>())
+        widget->setStyle(style.get());
+}
+
+Control_View& Form_Window::View_In(Control& control) {
+    if (const auto found = view_of.find(&control); found != view_of.end())
+        return *found->second;
+    QWidget* parent = control.Container() ? &View_In(*control.Container()).Widget() : dialog.get();
+    Control_View& view = *views.emplace_back(Create_View(control, parent, *this));
+    view_of.emplace(&control, &view);
+    view_of_widget.emplace(&view.Widget(), &view);
+    view.Widget().installEventFilter(dialog.get());
+    return view;
+}
+
+// A label leads to the field that follows it.
+void Form_Window::Set_Tab_Order() {
+    std::vector<Control*> order = form->Controls();
+    std::sort(order.begin(), order.end(),
+              [](auto* left, auto* right) { return left->Tab_Index() < right->Tab_Index(); });
+    for (std::size_t at = 1; at < order.size(); ++at) {
+        QWidget* const widget = Widget_Of(*order[at]);
+        QWidget::setTabOrder(Widget_Of(*order[at - 1]), widget);
+        if (order[at]->Takes_Focus() && order[at]->Kind() != toolkit::Control_Kind::Command_Button)
+            View_In(*order[at - 1]).Set_Buddy(widget);
+    }
+}
+
+void Form_Window::Control_Changed(Control& control, toolkit::Property property) {
+    View_In(control).Control_Changed(property);
+    Changed();
+}
+
+void Form_Window::Focus_Changed() {
+    Changed();
+}
+
+void Form_Window::Pointer_Changed() {
+    dialog->setCursor(form->Mouse_Pointer() == toolkit::Pointer_Hourglass ? Qt::WaitCursor : Qt::ArrowCursor);
+}
+
+void Form_Window::Form_Changed(toolkit::Property property) {
+    if (property != toolkit::Property::Visible)
+        return Changed();
+    if (!form->Is_Visible()) {
+        dialog->hide();
+        if (loop)
+            loop->quit();
+    }
+}
+
+void Form_Window::Detach() {
+    form = nullptr;
+    for (const auto& view : views)
+        view->Detach();
+    dialog->hide();
+    if (loop)
+        loop->quit();
+}
+
+void Form_Window::Changed() {
+    changed = true;
+    if (!std::exchange(scheduled, true))
+        QMetaObject::invokeMethod(
+            dialog.get(), [this] { Refresh(); }, Qt::QueuedConnection);
+}
+
+void Form_Window::Refresh() {
+    scheduled = false;
+    if (!form || showing || !std::exchange(changed, false))
+        return;
+    const QScopedValueRollback guard(showing, true);
+    Show_Form();
+    for (const auto& view : views)
+        view->Refresh();
+    Show_Focus();
+}
+
+namespace {
+
+QRect Kept_On_Screen(QRect place) {
+    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+    place.moveRight(std::min(place.right(), screen.right()));
+    place.moveBottom(std::min(place.bottom(), screen.bottom()));
+    place.moveLeft(std::max(place.left(), screen.left()));
+    place.moveTop(std::max(place.top(), screen.top()));
+    return place;
+}
+
+} // namespace
+
+void Form_Window::Show_Form() {
+    dialog->setWindowTitle(To_Qt(form->Caption()));
+    const toolkit::Rectangle place = form->Place();
+    const toolkit::Size border = form->Border();
+    dialog->setFixedSize(Pixels(place.Width - border.Width), Pixels(place.Height - border.Height));
+    // Where a person has put it, it stays when it grows or shrinks.
+    if (!shown_place || shown_place->Left != place.Left || shown_place->Top != place.Top)
+        dialog->move(Kept_On_Screen(Pixels(place)).topLeft());
+    shown_place = place;
+}
+
+void Form_Window::Show_Focus() {
+    Control* const focused = form->Focused();
+    QWidget* const wanted = focused ? Widget_Of(*focused) : nullptr;
+    QWidget* const actual = dialog->focusWidget();
+    if (wanted == actual)
+        return;
+    if (wanted)
+        wanted->setFocus(Qt::OtherFocusReason); // which leaves the selection alone
+    else
+        actual->clearFocus();
+}
+
+void Form_Window::Run() {
+    Refresh();
+    Pointer_Changed();
+    QEventLoop running;
+    loop = &running;
+    dialog->show();
+    dialog->activateWindow();
+    running.exec();
+    loop = nullptr;
+    dialog->hide();
+    if (failure)
+        std::rethrow_exception(std::exchange(failure, nullptr));
+    if (form && form->Is_Visible())
+        throw automation::Failure(automation::Status_Unspecified,
+                                  u"The application ended while the dialog was up");
+}
+
+void Form_Window::Perform(const std::function<void()>& verb) {
+    if (!form || showing || failure)
+        return;
+    const auto keep = form->shared_from_this();
+    changed = true;
+    try {
+        verb();
+        Refresh();
+    } catch (const toolkit::Form_Gone&) {
+    } catch (...) {
+        failure = std::current_exception();
+        if (loop)
+            loop->quit();
+    }
+}
+
+void Form_Window::Focus_Came(Control_View& view) {
+    Perform([&] { user_input::Focus(view.Shown()); });
+}
+
+bool Form_Window::Key_Came(Control_View* view, int key, bool repeated) {
+    if (!form)
+        return true;
+    const bool enter = key == Qt::Key_Return || key == Qt::Key_Enter;
+    if (!enter && key != Qt::Key_Escape)
+        return view && view->Key_Pressed(key);
+    if (!repeated)
+        Perform(
+            [&] { user_input::Press_Key(*form, enter ? user_input::Key::Enter : user_input::Key::Escape); });
+    return true;
+}
+
+namespace {
+
+Control* Previous_Tab_Stop(const toolkit::Form& form) {
+    const Control* const focused = form.Focused();
+    Control* last = nullptr;
+    Control* previous = nullptr;
+    for (Control* control : form.Controls()) {
+        if (!control->Is_Tab_Stop())
+            continue;
+        if (!last || control->Tab_Index() > last->Tab_Index())
+            last = control;
+        if (focused && control->Tab_Index() < focused->Tab_Index() &&
+            (!previous || control->Tab_Index() > previous->Tab_Index()))
+            previous = control;
+    }
+    return previous ? previous : last;
+}
+
+} // namespace
+
+void Form_Window::Tab_Came(bool forward) {
+    Perform([&] {
+        if (forward)
+            user_input::Press_Key(*form, user_input::Key::Tab);
+        else if (Control* previous = Previous_Tab_Stop(*form))
+            user_input::Focus(*previous);
+    });
+}
+
+void Form_Window::Close_Came() {
+    Perform([&] { user_input::Close(*form); });
+}
+
+} // namespace window

@@ -1,0 +1,62 @@
+#include "message_window.h"
+
+#include <QMessageBox>
+#include <QPointer>
+
+#include "design_font.h"
+#include "qt_text.h"
+
+namespace window {
+
+namespace {
+
+QMessageBox::Icon Icon_Of(const toolkit::Message& message) {
+    if (!message.By_Product)
+        return message.Style == 16 ? QMessageBox::Critical : QMessageBox::Information;
+    switch (message.Kind) {
+    case 1:
+        return QMessageBox::Question;
+    case 3:
+        return QMessageBox::Critical;
+    default:
+        return QMessageBox::Information;
+    }
+}
+
+void Set_Buttons(QMessageBox& box, bool asks) {
+    box.setStandardButtons(asks ? QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel
+                                : QMessageBox::StandardButtons(QMessageBox::Ok));
+    box.setDefaultButton(asks ? QMessageBox::Save : QMessageBox::Ok);
+    box.setEscapeButton(asks ? QMessageBox::Cancel : QMessageBox::Ok);
+}
+
+automation::Long Answer_Of(int button) {
+    switch (button) {
+    case QMessageBox::Ok:
+        return toolkit::answer::OK;
+    case QMessageBox::Save:
+        return toolkit::answer::Save;
+    case QMessageBox::Discard:
+        return toolkit::answer::Discard;
+    default:
+        return toolkit::answer::Cancel;
+    }
+}
+
+} // namespace
+
+automation::Long Ask(const toolkit::Message& message, QWidget* over) {
+    const QPointer box = new QMessageBox(over); // it goes with the dialog, if that goes first
+    box->setFont(Stand_In({}));
+    box->setTextFormat(Qt::PlainText);
+    box->setText(To_Qt(message.Text));
+    box->setWindowTitle(To_Qt(message.Title));
+    box->setIcon(Icon_Of(message));
+    box->setAttribute(Qt::WA_QuitOnClose, false);
+    Set_Buttons(*box, message.Asks());
+    const int button = box->exec();
+    delete box;
+    return message.Asks() ? Answer_Of(button) : toolkit::answer::OK;
+}
+
+} // namespace window
