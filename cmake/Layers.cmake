@@ -10,13 +10,11 @@ target_compile_options(layer_options INTERFACE
     -Wall -Wextra -Wpedantic -Werror -Wconversion -Wsign-conversion
     $<IF:$<CXX_COMPILER_ID:GNU>,-Wshadow=local,-Wshadow>
     -Wnon-virtual-dtor -Woverloaded-virtual -Wold-style-cast -Wcast-qual -Wformat=2
-    -Wimplicit-fallthrough -Wnull-dereference -fvisibility=hidden -fno-strict-overflow)
+    -Wimplicit-fallthrough -fvisibility=hidden -fno-strict-overflow)
 if(STYLE_NODE_SANITIZE)
     target_compile_options(layer_options INTERFACE
         -fsanitize=${STYLE_NODE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(layer_options INTERFACE -fsanitize=${STYLE_NODE_SANITIZE})
-    # g++ 12 reports null dereferences in its own inlined containers under the sanitizers.
-    target_compile_options(layer_options INTERFACE -Wno-null-dereference)
 endif()
 
 # Every source file of the folder has to be in the list: a forgotten test would never fail.

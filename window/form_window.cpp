@@ -6,6 +6,7 @@
 #include <QProxyStyle>
 #include <QScopedValueRollback>
 #include <QScreen>
+#include <QStyleOptionComboBox>
 
 #include <algorithm>
 #include <utility>
@@ -39,6 +40,27 @@ public:
         if (metric == PM_ExclusiveIndicatorWidth || metric == PM_ExclusiveIndicatorHeight)
             return 13;
         return QProxyStyle::pixelMetric(metric, option, widget);
+    }
+
+    QRect subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,
+                         const QWidget* widget) const override {
+        const auto* combo = qstyleoption_cast<const QStyleOptionComboBox*>(option);
+        if (control != CC_ComboBox || !combo || combo->editable)
+            return QProxyStyle::subControlRect(control, option, part, widget);
+        return List_Only_Part(*combo, part, widget);
+    }
+
+private:
+    // Narrow margins, because the design's combo boxes are just as wide as their texts.
+    QRect List_Only_Part(const QStyleOptionComboBox& combo, SubControl part, const QWidget* widget) const {
+        constexpr int Margin = 3;
+        constexpr int Arrow = 15;
+        const QRect box = combo.rect;
+        if (part == SC_ComboBoxEditField)
+            return visualRect(combo.direction, box, box.adjusted(Margin, Margin, -Arrow, -Margin));
+        if (part == SC_ComboBoxArrow)
+            return visualRect(combo.direction, box, box.adjusted(box.width() - Arrow, 0, -1, 0));
+        return QProxyStyle::subControlRect(CC_ComboBox, &combo, part, widget);
     }
 };
 

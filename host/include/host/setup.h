@@ -1,6 +1,7 @@
 // What has to be in place before the first editor object is created: classes, proxies, texts, folders.
 //
-// All of it is process-wide and made once per process. The transcript outlives every component.
+// All of it is process-wide and replaces what an earlier Setup has registered. The options and the transcript
+// outlive the Setup, the transcript every component too.
 #pragma once
 
 #include <memory>
