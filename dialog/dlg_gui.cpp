@@ -12,9 +12,6 @@ std::shared_ptr<dlgGUI>& Instance() {
     return instance;
 }
 
-constexpr toolkit::Form_Design Form_Layout{
-    .Name = u"dlgGUI", .Caption = u"Node Editor", .Client = {4680, 7605}, .Border = {90, 435}};
-
 // The five fields of a cadence or hook flash hold milliseconds, the other three counts or seconds.
 constexpr Numeric_Rule Milliseconds(Integer longest, Long upper_bound,
                                     Numeric_Rule::Width bound_width = Numeric_Rule::Width::Bits_32,
@@ -49,11 +46,11 @@ constexpr Numeric_Rule Ring_Limit_Rule = Count(20);
 } // namespace
 
 dlgGUI::dlgGUI()
-    : Form(Form_Layout), hook_flash(cmbHookFlash, cmdApply, Hook_Flash_Rule),
-      busy_on(cmbBusyOn, cmdApply, Busy_Rule), busy_off(cmbBusyOff, cmdApply, Busy_Rule),
-      ring_on(cmbRingOn, cmdApply, Ring_On_Rule), ring_off(cmbRingOff, cmdApply, Ring_Off_Rule),
-      busy_retry(cmbBusyRetry, cmdApply, Retry_Rule), num_retries(cmbNumRetries, cmdApply, Retry_Rule),
-      ring_limit(cmbRingLimit, cmdApply, Ring_Limit_Rule) {
+    : Form({.Name = u"dlgGUI", .Caption = u"Node Editor", .Client = {4680, 7605}, .Border = {90, 435}}),
+      hook_flash(cmbHookFlash, cmdApply, Hook_Flash_Rule), busy_on(cmbBusyOn, cmdApply, Busy_Rule),
+      busy_off(cmbBusyOff, cmdApply, Busy_Rule), ring_on(cmbRingOn, cmdApply, Ring_On_Rule),
+      ring_off(cmbRingOff, cmdApply, Ring_Off_Rule), busy_retry(cmbBusyRetry, cmdApply, Retry_Rule),
+      num_retries(cmbNumRetries, cmdApply, Retry_Rule), ring_limit(cmbRingLimit, cmdApply, Ring_Limit_Rule) {
     Set_Default_Button(cmdOK);
     Set_Cancel_Button(cmdCancel);
     Set_Pictures(resources::Load_Picture);

@@ -28,9 +28,10 @@ bool Is_One_Of(String_View character, String_View set) {
     return !character.empty() && set.find(character) != String_View::npos;
 }
 
-// The write may run the field's own handler, which may replace `text`: it goes in by value.
-void Write(toolkit::Text_Control& field, String text) {
-    field.Set_Text(text);
+// The write may run the field's own handler, which may replace what `text` looks at.
+void Write(toolkit::Text_Control& field, String_View text) {
+    const String kept(text);
+    field.Set_Text(kept);
 }
 
 void Trim(toolkit::Text_Control& field) {
@@ -66,7 +67,7 @@ void Numeric_Field::Changed() {
     if (Exceeds_Upper_Bound())
         Write(box, automation::Decimal_Text(rule.Upper_Bound));
     if (Is_One_Of(Character_At(box, length), u"+-,."))
-        return Write(box, String(rule.Minimum));
+        return Write(box, rule.Minimum);
     Remember(box, last_accepted, apply);
 }
 
@@ -84,7 +85,7 @@ void Numeric_Field::Restore_After_Non_Numeric(std::size_t rejected_length) {
 
 void Numeric_Field::Left() {
     if (box.Text().empty() || Is_Below_Minimum())
-        Write(box, String(rule.Minimum));
+        Write(box, rule.Minimum);
 }
 
 bool Numeric_Field::Is_Below_Minimum() const {

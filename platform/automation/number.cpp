@@ -163,7 +163,7 @@ Integer Subtract(Integer left, Integer right) {
     return In_Range<Integer>(left - right);
 }
 Integer Multiply(Integer left, Integer right) {
-    return In_Range<Integer>(left * right);
+    return In_Range<Integer>(std::int64_t{left} * right);
 }
 Long Add(Long left, Long right) {
     return In_Range<Long>(std::int64_t{left} + right);

@@ -101,7 +101,7 @@ Variant::Variant(String_View text) : Variant(Variant_Type::Text) {
     record.As_Block = Allocate_Block(text.data(), text.size(), sizeof(char16_t));
 }
 
-Variant::Variant(Reference<Unknown> object) noexcept : Variant(Variant_Type::Object) {
+Variant::Variant(const Reference<Unknown>& object) noexcept : Variant(Variant_Type::Object) {
     record.As_Object = object.Get();
     if (record.As_Object)
         record.As_Object->Add_Reference();

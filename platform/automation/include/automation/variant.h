@@ -64,7 +64,7 @@ public:
     Variant(String_View text);
     Variant(const String& text) : Variant(String_View(text)) {}
     Variant(const char16_t* text) : Variant(String_View(text)) {}
-    Variant(Reference<Unknown> object) noexcept;
+    Variant(const Reference<Unknown>& object) noexcept;
     Variant(const Variant& other);
     Variant(Variant&& other) noexcept;
     Variant& operator=(Variant other) noexcept;
