@@ -3,51 +3,56 @@
 #include <QMouseEvent>
 #include <QScrollBar>
 #include <QStyleOptionComboBox>
+#include <QStylePainter>
 
 #include <algorithm>
 
+#include "design_font.h"
 #include "qt_text.h"
 #include "toolkit/user_input.h"
 
 namespace window {
 
-namespace {
-
-// The longest entry by its characters, which is near enough to the widest and costs no measuring.
-QString Longest_Entry(const QAbstractItemModel& entries) {
-    QString longest;
-    for (int row = 0; row < entries.rowCount(); ++row) {
-        QString text = entries.index(row, 0).data().toString();
-        if (text.size() > longest.size())
-            longest = std::move(text);
-    }
-    return longest;
-}
-
-// A combo box whose list is as wide as its entries, with a limit, and does not measure each of them.
-class Combo final : public QComboBox {
+// A combo box whose list is as wide as its entries, with a limit, and which has one font for the list and
+// one for the text in the field: at every change of its own font Qt would lay out the whole list.
+class Combo_View::Combo final : public QComboBox {
 public:
-    using QComboBox::QComboBox;
+    Combo(QWidget* parent, const Entry_Model& entries) : QComboBox(parent), entries(entries) {}
+
+    void Set_Field_Font(const QFont& font) { field_font = font; }
 
     void showPopup() override {
         constexpr int Widest = 400;
-        auto* list = static_cast<QListView*>(view());
-        list->setUniformItemSizes(true);
-        const int margins = list->verticalScrollBar()->sizeHint().width() + 16;
-        const int wanted = fontMetrics().horizontalAdvance(Longest_Entry(*model())) + margins;
-        list->setMinimumWidth(std::max(width(), std::min(wanted, Widest)));
+        const int margins = view()->verticalScrollBar()->sizeHint().width() + 16;
+        const int wanted = fontMetrics().horizontalAdvance(entries.Longest()) + margins;
+        view()->setMinimumWidth(std::max(width(), std::min(wanted, Widest)));
         QComboBox::showPopup();
     }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QStylePainter painter(this);
+        QStyleOptionComboBox look;
+        initStyleOption(&look);
+        painter.drawComplexControl(QStyle::CC_ComboBox, look);
+        painter.setFont(field_font);
+        look.fontMetrics = QFontMetrics(field_font);
+        painter.drawControl(QStyle::CE_ComboBoxLabel, look);
+    }
+
+private:
+    const Entry_Model& entries;
+    QFont field_font;
 };
 
-} // namespace
-
 Combo_View::Combo_View(toolkit::Combo_Box& combo, QWidget* parent, Input& input)
-    : Control_View(combo, new Combo(parent)), combo(combo), shown(static_cast<QComboBox&>(Widget())),
+    : Control_View(combo, new Combo(parent, entries)), combo(combo), shown(static_cast<Combo&>(Widget())),
       entries(combo) {
     shown.setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     shown.setEditable(combo.Is_Editable());
     shown.setInsertPolicy(QComboBox::NoInsert);
+    // Qt lays the list out at every change of the font, hidden or not.
+    static_cast<QListView*>(shown.view())->setUniformItemSizes(true);
     shown.setModel(&entries);
     if (combo.Is_Editable()) {
         shown.setCompleter(nullptr);
@@ -77,7 +82,7 @@ void Combo_View::Show() {
     if (editing)
         editing->Show();
     else
-        Fit(To_Qt(combo.Text()), Text_Width());
+        shown.Set_Field_Font(Fitted(combo.Face(), To_Qt(combo.Text()), Text_Width()));
     shown.update();
 }
 

@@ -18,12 +18,14 @@ public:
     void Detach() override { entries.Detach(); }
 
 private:
+    class Combo;
+
     void Show() override;
     void Entries_Changed() override { entries.Reset(); }
     int Text_Width() const;
 
     toolkit::Combo_Box& combo;
-    QComboBox& shown;
+    Combo& shown;
     Entry_Model entries;
     std::optional<Line_Editing> editing;
 };

@@ -32,16 +32,13 @@ void Control_View::Refresh() {
     Show();
 }
 
-void Control_View::Fit(const QString& text, int pixels) {
-    if (pixels == fitted_width && text == fitted_text)
-        return;
-    widget->setFont(Fitted(control.Face(), text, pixels));
-    fitted_text = text;
-    fitted_width = pixels;
-}
-
 void Control_View::Fit_Caption(int pixels) {
-    Fit(To_Qt(toolkit::Drawn_Caption(control.Caption())), pixels);
+    const QString drawn = To_Qt(toolkit::Drawn_Caption(control.Caption()));
+    if (pixels == fitted_width && drawn == fitted_caption)
+        return;
+    widget->setFont(Fitted(control.Face(), drawn, pixels));
+    fitted_caption = drawn;
+    fitted_width = pixels;
 }
 
 std::unique_ptr<Control_View> Create_View(toolkit::Control& control, QWidget* parent, Input& input) {

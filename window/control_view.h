@@ -49,8 +49,7 @@ protected:
 
     virtual void Show() = 0;
     virtual void Entries_Changed() {}
-    // Chooses the font in which `text` takes up no more than the pixels.
-    void Fit(const QString& text, int pixels);
+    // Chooses the font in which the caption takes up no more than the pixels.
     void Fit_Caption(int pixels);
 
 private:
@@ -58,7 +57,7 @@ private:
     QWidget* const widget; // its parent owns it
     bool changed = true;
     bool entries_changed = true;
-    QString fitted_text;
+    QString fitted_caption;
     int fitted_width = -1;
 };
 

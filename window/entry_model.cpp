@@ -16,6 +16,15 @@ void Entry_Model::Detach() {
     Reset();
 }
 
+QString Entry_Model::Longest() const {
+    const toolkit::String none;
+    const toolkit::String* longest = &none;
+    for (automation::Long at = 0; list && at < list->Count(); ++at)
+        if (list->Item(at).size() > longest->size())
+            longest = &list->Item(at);
+    return To_Qt(*longest);
+}
+
 int Entry_Model::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : rows;
 }

@@ -18,6 +18,9 @@ public:
     // The control goes: no entries from now on.
     void Detach();
 
+    // The entry of the most characters, which is near enough to the widest and costs no measuring.
+    QString Longest() const;
+
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
 

@@ -6,7 +6,6 @@
 #include <QJsonObject>
 #include <QLibrary>
 #include <QPluginLoader>
-#include <QStringList>
 
 namespace window {
 
@@ -28,48 +27,25 @@ QStringList Installed_Platforms() {
 }
 
 // The client libraries come with Qt's plugins, so they are looked for when the program runs. They know about
-// sockets, hosts and rights.
-bool Reaches_X_Server() {
+// sockets, hosts and rights. Both answer an open connection, or null.
+
+std::shared_ptr<void> Reach_X_Server() {
     QLibrary library(QStringLiteral("xcb"), 1);
-    using Connection = void;
-    const auto open = reinterpret_cast<Connection* (*)(const char*, int*)>(library.resolve("xcb_connect"));
-    const auto failed = reinterpret_cast<int (*)(Connection*)>(library.resolve("xcb_connection_has_error"));
-    const auto close = reinterpret_cast<void (*)(Connection*)>(library.resolve("xcb_disconnect"));
+    const auto open = reinterpret_cast<void* (*)(const char*, int*)>(library.resolve("xcb_connect"));
+    const auto failed = reinterpret_cast<int (*)(void*)>(library.resolve("xcb_connection_has_error"));
+    const auto close = reinterpret_cast<void (*)(void*)>(library.resolve("xcb_disconnect"));
     if (!open || !failed || !close)
-        return false;
-    Connection* const connection = open(nullptr, nullptr);
-    const bool reached = failed(connection) == 0;
-    close(connection);
-    return reached;
+        return {};
+    std::shared_ptr<void> connection(open(nullptr, nullptr), close);
+    return failed(connection.get()) == 0 ? connection : nullptr;
 }
 
-bool Reaches_Wayland_Compositor() {
+std::shared_ptr<void> Reach_Wayland_Compositor() {
     QLibrary library(QStringLiteral("wayland-client"), 0);
-    using Connection = void;
-    const auto open = reinterpret_cast<Connection* (*)(const char*)>(library.resolve("wl_display_connect"));
-    const auto close = reinterpret_cast<void (*)(Connection*)>(library.resolve("wl_display_disconnect"));
-    Connection* const connection = open && close ? open(nullptr) : nullptr;
-    if (connection)
-        close(connection);
-    return connection != nullptr;
-}
-
-// `name` may carry parameters: "offscreen:enable_fonts".
-bool Works(const QString& name, const QStringList& installed) {
-    const QString platform = name.section(QLatin1Char(':'), 0, 0).toLower();
-    if (!installed.contains(platform))
-        return false;
-    if (platform == QStringLiteral("xcb"))
-        return Reaches_X_Server();
-    return !platform.startsWith(QStringLiteral("wayland")) || Reaches_Wayland_Compositor();
-}
-
-QString First_Working(const QStringList& names) {
-    const QStringList installed = Installed_Platforms();
-    for (const QString& name : names)
-        if (Works(name, installed))
-            return name;
-    return {};
+    const auto open = reinterpret_cast<void* (*)(const char*)>(library.resolve("wl_display_connect"));
+    const auto close = reinterpret_cast<void (*)(void*)>(library.resolve("wl_display_disconnect"));
+    void* const connection = open && close ? open(nullptr) : nullptr;
+    return connection ? std::shared_ptr<void>(connection, close) : nullptr;
 }
 
 QString Value_Of(const char* variable) {
@@ -78,26 +54,53 @@ QString Value_Of(const char* variable) {
                                                                             : qEnvironmentVariable(variable));
 }
 
+QString No_Server() {
+    return QStringLiteral(
+               "There is no display: %1 and %2, and neither is reached; start it in a desktop session, "
+               "or set QT_QPA_PLATFORM to offscreen to run without a screen")
+        .arg(Value_Of("DISPLAY"), Value_Of("WAYLAND_DISPLAY"));
+}
+
+QString Not_Working(const QString& platform) {
+    return QStringLiteral(
+               "There is no display: QT_QPA_PLATFORM is %1, which does not work here; unset it, or set it "
+               "to offscreen to run without a screen")
+        .arg(platform);
+}
+
 } // namespace
 
-QString Obstacle_To_Windows() {
-    const QString wanted = qEnvironmentVariable("QT_QPA_PLATFORM");
-    if (!wanted.isEmpty()) {
-        if (!First_Working(wanted.split(QLatin1Char(';'))).isEmpty())
-            return {};
-        return QStringLiteral(
-                   "There is no display: QT_QPA_PLATFORM is %1, which does not work here; unset it, "
-                   "or set it to offscreen to run without a screen")
-            .arg(wanted);
-    }
-    const QString first = First_Working({QStringLiteral("xcb"), QStringLiteral("wayland")});
-    if (first.isEmpty())
-        return QStringLiteral("There is no display: %1 and %2, and neither is reached; start it in a desktop "
-                              "session, or set QT_QPA_PLATFORM to offscreen to run without a screen")
-            .arg(Value_Of("DISPLAY"), Value_Of("WAYLAND_DISPLAY"));
-    if (first != QStringLiteral("xcb")) // which is what Qt falls back to
-        qputenv("QT_QPA_PLATFORM", first.toLocal8Bit());
+// `name` may carry parameters: "offscreen:enable_fonts".
+bool Platform_Check::Works(const QString& name, const QStringList& installed) {
+    const QString platform = name.section(QLatin1Char(':'), 0, 0).toLower();
+    if (!installed.contains(platform))
+        return false;
+    if (platform == QStringLiteral("xcb"))
+        connection = Reach_X_Server();
+    else if (platform.startsWith(QStringLiteral("wayland")))
+        connection = Reach_Wayland_Compositor();
+    else
+        return true; // needs no server
+    return connection != nullptr;
+}
+
+QString Platform_Check::First_Working(const QStringList& names) {
+    const QStringList installed = Installed_Platforms();
+    for (const QString& name : names)
+        if (Works(name, installed))
+            return name;
     return {};
+}
+
+Platform_Check::Platform_Check() {
+    const QString wanted = qEnvironmentVariable("QT_QPA_PLATFORM");
+    const QString first =
+        First_Working(wanted.isEmpty() ? QStringList{QStringLiteral("xcb"), QStringLiteral("wayland")}
+                                       : wanted.split(QLatin1Char(';')));
+    if (first.isEmpty())
+        obstacle = wanted.isEmpty() ? No_Server() : Not_Working(wanted);
+    else if (wanted.isEmpty() && first != QStringLiteral("xcb")) // which is what Qt falls back to
+        qputenv("QT_QPA_PLATFORM", first.toLocal8Bit());
 }
 
 } // namespace window

@@ -2,11 +2,28 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
+
+#include <memory>
 
 namespace window {
 
-// Why not, in one line that says what to do; empty when it can. Call it before there is a Qt application. It
-// may settle QT_QPA_PLATFORM, when that leaves open what only one platform can do.
-QString Obstacle_To_Windows();
+// Make it before there is a Qt application, and keep it until there is one: an X server may start anew when
+// its last client leaves, and refuse the next one meanwhile. It may settle QT_QPA_PLATFORM, when that leaves
+// open what only one platform can do.
+class Platform_Check {
+public:
+    Platform_Check();
+
+    // Why not, in one line that says what to do; empty when it can.
+    const QString& Obstacle() const { return obstacle; }
+
+private:
+    QString First_Working(const QStringList& names);
+    bool Works(const QString& name, const QStringList& installed);
+
+    QString obstacle;
+    std::shared_ptr<void> connection;
+};
 
 } // namespace window

@@ -51,7 +51,6 @@ private:
         const auto found = windows.find(&form);
         return found == windows.end() ? nullptr : found->second.get();
     }
-    void Refresh_All();
     void Show_Screen_Pointer(bool busy);
 
     const std::unique_ptr<QApplication> application; // null: the host's
@@ -82,19 +81,12 @@ void Qt_Display::Run_Modal(toolkit::Form& form) {
     window->Run();
 }
 
-void Qt_Display::Refresh_All() {
-    for (const auto& [form, window] : windows)
-        window->Refresh();
-}
-
 // A second action of a person would run handlers inside the one that waits here.
 void Qt_Display::Process_Pending_Messages() {
-    Refresh_All();
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 
 automation::Long Qt_Display::Show_Message(const toolkit::Message& message) {
-    Refresh_All();
     QWidget* const over = running.empty() ? QApplication::activeWindow() : &running.back()->Dialog();
     return Ask(message, over);
 }
@@ -115,8 +107,9 @@ void Qt_Display::Show_Screen_Pointer(bool busy) {
 }
 
 std::unique_ptr<QApplication> Create_Application(int& argc, char** argv) {
-    if (const QString obstacle = Obstacle_To_Windows(); !obstacle.isEmpty())
-        throw Cannot_Show(obstacle.toStdString());
+    const Platform_Check check;
+    if (!check.Obstacle().isEmpty())
+        throw Cannot_Show(check.Obstacle().toStdString());
     auto application = std::make_unique<QApplication>(argc, argv);
     QApplication::setStyle(QStringLiteral("Fusion"));
     QApplication::setFont(Stand_In({}));

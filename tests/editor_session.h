@@ -1,0 +1,44 @@
+// Plays editing scripts in the test's own process, on a store and files of its own, and gives back the
+// transcript's lines. The session's folder goes with it.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+using Line = nlohmann::json;
+using Lines = std::vector<Line>;
+
+class Editor_Session {
+public:
+    Editor_Session();
+    ~Editor_Session();
+    Editor_Session(const Editor_Session&) = delete;
+    Editor_Session& operator=(const Editor_Session&) = delete;
+
+    // The lines that `style-editor play` prints for the script; the exit status and standard error are kept.
+    // Every Play starts with fresh classes, on the store as earlier ones left it.
+    Lines Play(std::string_view script, std::vector<std::string> options = {});
+    int Status() const { return status; }
+    const std::string& Errors() const { return errors; }
+
+    // Puts a file into the session's folder and answers its path.
+    std::string File(const std::string& name, std::string_view content) const;
+    const std::filesystem::path& Folder() const { return folder; }
+    std::string Store() const { return "sqlite:" + (folder / "store.db").string(); }
+
+private:
+    std::filesystem::path folder;
+    int status = 0;
+    std::string errors;
+};
+
+// The lines of one event ("control", "call", "box", "result", ...), in order.
+Lines Only(const Lines& lines, std::string_view event);
+// Component operations in the order of their calls, as "Get_Style_Nodes(1,1)"; boxes as "Show_Box".
+std::vector<std::string> Calls(const Lines& lines);
+// The last line about a control; fails the test when there is none.
+Line Last_Control(const Lines& lines, std::string_view name);

@@ -1,0 +1,289 @@
+// Scripts, command lines and the display of the host.
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "host/box_reporter.h"
+#include "host/command_line.h"
+#include "host/script_display.h"
+
+namespace {
+
+using namespace host;
+
+// --- scripts
+
+const std::vector<String> Names{u"cmbNode", u"txtTransfer", u"cmdOK"};
+
+TEST(Script, Accepts_Every_Form_Of_A_Command) {
+    struct Case {
+        const char* Line;
+        Verb Action;
+        std::vector<String> Texts;
+        std::vector<Long> Numbers;
+    };
+    const Case cases[] = {
+        {"shown 1 -32768 32767", Verb::Shown, {u"1", u"-32768", u"32767"}, {1, -32768, 32767}},
+        {"shown 1 1 0 2", Verb::Shown, {u"1", u"1", u"0", u"2"}, {1, 1, 0, 2}},
+        {"shown 1 1 0 -2 silent", Verb::Shown, {u"1", u"1", u"0", u"-2", u"silent"}, {1, 1, 0, -2, 1}},
+        {"shown \"3\" 007 1", Verb::Shown, {u"3", u"007", u"1"}, {3, 7, 1}},
+        {"new", Verb::New, {}, {}},
+        {"blind true", Verb::Blind, {u"true"}, {1}},
+        {"blind false", Verb::Blind, {u"false"}, {0}},
+        {"focus cmbNode", Verb::Focus, {u"cmbNode"}, {0}},
+        {"type txtTransfer \"\"", Verb::Type, {u"txtTransfer", u""}, {0, 0}},
+        {"type txtTransfer #", Verb::Type, {u"txtTransfer", u"#"}, {0, 0}},
+        {"type txtTransfer 5\"x\\n", Verb::Type, {u"txtTransfer", u"5\"x\\n"}, {0, 0}},
+        {R"(paste txtTransfer "a b\t\n\"\\\u00c4\uD83D\uDCDE\uD800#")",
+         Verb::Paste,
+         {u"txtTransfer", String(u"a b\t\n\"\\\u00c4\U0001F4DE") + char16_t(0xD800) + u"#"},
+         {0, 0}},
+        {"\t insert   txtTransfer\t3 x  ", Verb::Insert, {u"txtTransfer", u"3", u"x"}, {0, 3, 0}},
+        {"insert txtTransfer 99999999999999999999 x",
+         Verb::Insert,
+         {u"txtTransfer", u"99999999999999999999", u"x"},
+         {0, INT32_MAX, 0}},
+        {"backspace txtTransfer", Verb::Backspace, {u"txtTransfer"}, {0}},
+        {"backspace txtTransfer 0", Verb::Backspace, {u"txtTransfer", u"0"}, {0, 0}},
+        {"pick cmbNode -99999999999", Verb::Pick, {u"cmbNode", u"-99999999999"}, {0, INT32_MIN}},
+        {"click cmdOK", Verb::Click, {u"cmdOK"}, {0}},
+        {"key Enter", Verb::Key, {u"Enter"}, {0}},
+        {"key Escape", Verb::Key, {u"Escape"}, {1}},
+        {"key Tab", Verb::Key, {u"Tab"}, {2}},
+        {"close", Verb::Close, {}, {}},
+        {"answer ok", Verb::Answer, {u"ok"}, {1}},
+        {"answer save", Verb::Answer, {u"save"}, {2}},
+        {"answer discard", Verb::Answer, {u"discard"}, {3}},
+        {"answer cancel", Verb::Answer, {u"cancel"}, {4}},
+        {"answer fail", Verb::Answer, {u"fail"}, {-1}},
+        {"answer -2147483648", Verb::Answer, {u"-2147483648"}, {INT32_MIN}},
+        {"show", Verb::Show, {}, {}},
+        {"show form", Verb::Show, {u"form"}, {0}},
+        {"show cmdOK cmbNode cmdOK", Verb::Show, {u"cmdOK", u"cmbNode", u"cmdOK"}, {0, 0, 0}},
+        {"items cmbNode\r", Verb::Items, {u"cmbNode"}, {0}},
+    };
+    for (const Case& given : cases) {
+        SCOPED_TRACE(given.Line);
+        const auto commands = Parse_Script(given.Line, Names);
+        ASSERT_EQ(commands.size(), 1U);
+        EXPECT_EQ(commands[0].Action, given.Action);
+        std::vector<String> texts;
+        std::vector<Long> numbers;
+        for (const Argument& argument : commands[0].Arguments) {
+            texts.push_back(argument.Text);
+            numbers.push_back(argument.Number);
+        }
+        EXPECT_EQ(texts, given.Texts);
+        EXPECT_EQ(numbers, given.Numbers);
+    }
+}
+
+TEST(Script, Rejects_What_Is_No_Command) {
+    const char* const lines[] = {
+        "clik cmdOK",
+        "Shown 1 1 1",
+        "\"\"",
+        "shown",
+        "shown 1 1",
+        "shown 1 1 x",
+        "shown 1 1 32768",
+        "shown -32769 1 1",
+        "shown 1 1 1.0",
+        "shown 1 1 +1",
+        "shown 1 1 1e0",
+        "shown 1 1 \"1 \"",
+        "shown 1 1 1 silent",
+        "shown 1 1 1 1 quiet",
+        "shown 1 1 1 1 silent 1",
+        "new x",
+        "blind",
+        "blind True",
+        "blind 1",
+        "focus",
+        "focus CMDOK",
+        "focus form",
+        "focus cmdOK cmbNode",
+        "type txtTransfer",
+        "type txtTransfer a b",
+        "type \"txtTransfer\"5 x",
+        "type txtTransfer \"x",
+        "type txtTransfer \"\\x\"",
+        "type txtTransfer \"\\u12G4\"",
+        "type nothing x",
+        "paste txtTransfer",
+        "insert txtTransfer x",
+        "insert txtTransfer -1 x",
+        "insert txtTransfer x 1",
+        "backspace txtTransfer -1",
+        "backspace txtTransfer one",
+        "backspace txtTransfer 1 1",
+        "pick cmbNode",
+        "pick cmbNode first",
+        "pick cmbNode \"\"",
+        "click",
+        "key",
+        "key enter",
+        "key F1",
+        "close now",
+        "answer",
+        "answer Ok",
+        "answer 2147483648",
+        "answer ok ok",
+        "show form cmdOK",
+        "show cmdOK form",
+        "show cmdOK Form",
+        "items",
+        "items form",
+        "items cmbNode cmdOK",
+        "new\xC2\xA0",
+        "new \xFF",
+        "type txtTransfer \xED\xA0\x80",
+    };
+    for (const std::string line : lines) {
+        try {
+            Parse_Script("# one\n\nnew\n" + line + "\nclik\n", Names);
+            ADD_FAILURE() << line << ": accepted";
+        } catch (const Script_Error& error) {
+            EXPECT_EQ(error.Line, 4) << line;
+            EXPECT_EQ(std::string(error.what()).rfind("line 4: ", 0), 0U) << error.what();
+        }
+    }
+}
+
+TEST(Script, Counts_Lines_And_Keeps_Them_As_Written) {
+    const auto commands =
+        Parse_Script("\xEF\xBB\xBF\t# comment\r\n \t\r\n  type \ttxtTransfer \"a\"  \r\nclose", Names);
+    ASSERT_EQ(commands.size(), 2U);
+    EXPECT_EQ(commands[0].Line, 3);
+    EXPECT_EQ(commands[0].Written, u"type \ttxtTransfer \"a\"");
+    EXPECT_EQ(commands[1].Line, 4);
+    EXPECT_TRUE(Parse_Script("", Names).empty());
+}
+
+// --- command lines
+
+template <typename Wanted>
+Wanted Parsed(const std::vector<std::string>& arguments) {
+    return std::get<Wanted>(Parse_Command_Line(arguments));
+}
+
+TEST(Command_Line, Understands_All_Options) {
+    const auto edit = Parsed<Edit_Command>({"edit", "--config", "-3", "--partition=2", "--node", "0",
+                                            "--language", "556", "--silent", "--store", "sqlite:x"});
+    EXPECT_EQ(edit.Wanted.Config_ID, -3);
+    EXPECT_EQ(edit.Wanted.Partition_ID, 2);
+    EXPECT_EQ(edit.Wanted.Node_Number, 0);
+    EXPECT_EQ(edit.Wanted.Language_ID, 556);
+    EXPECT_TRUE(edit.Wanted.Silent_Error);
+    EXPECT_EQ(edit.Common.Store, "sqlite:x");
+
+    const auto play = Parsed<Play_Command>({"play", "--fail", "A=1:[b,c]", "x.script", "--fail", "{}",
+                                            "--reply", "C=f", "--missing", "", "--trace", "--strings", "s",
+                                            "--registry", "r", "--appdata", ""});
+    EXPECT_EQ(play.Script, "x.script");
+    EXPECT_EQ(play.Common.Failures, (std::vector<std::string>{"A=1:[b,c]", "{}"}));
+    EXPECT_EQ(play.Common.Replies, std::vector<std::string>{"C=f"});
+    EXPECT_EQ(play.Common.Missing, std::vector<std::string>{""});
+    EXPECT_TRUE(play.Common.Trace);
+    EXPECT_EQ(play.Common.Strings, "s");
+    EXPECT_EQ(play.Common.Registry, "r");
+    EXPECT_EQ(play.Common.App_Data, "");
+    EXPECT_FALSE(play.Common.Store);
+
+    const auto init =
+        Parsed<Store_Init_Command>({"store", "init", "--nodes", "32766", "--store", "sqlite:y"});
+    EXPECT_EQ(init.Nodes, 32766);
+    EXPECT_EQ(init.Store, "sqlite:y");
+}
+
+TEST(Command_Line, Keeps_Its_Defaults) {
+    const auto edit = Parsed<Edit_Command>({"edit"});
+    EXPECT_EQ(edit.Wanted.Config_ID, 1);
+    EXPECT_EQ(edit.Wanted.Partition_ID, 1);
+    EXPECT_EQ(edit.Wanted.Node_Number, 1);
+    EXPECT_EQ(edit.Wanted.Language_ID, 1);
+    EXPECT_FALSE(edit.Wanted.Silent_Error);
+    EXPECT_FALSE(edit.Common.App_Data);
+    EXPECT_EQ(Parsed<Play_Command>({"play", "--appdata=", "-"}).Common.App_Data, "");
+    EXPECT_EQ(Parsed<Play_Command>({"play", "-"}).Script, "-");
+    EXPECT_FALSE(Parsed<Store_Init_Command>({"store", "init"}).Nodes);
+}
+
+TEST(Command_Line, Rejects_What_It_Does_Not_Know) {
+    const std::vector<std::string> lines[] = {
+        {},
+        {"paly", "x"},
+        {"edit", "x"},
+        {"edit", "--node"},
+        {"edit", "--node", "x"},
+        {"edit", "--node", "0x1"},
+        {"edit", "--node", "32768"},
+        {"edit", "--config", "-32769"},
+        {"edit", "--window"},
+        {"edit", "play", "x"},
+        {"play"},
+        {"play", "x", "y"},
+        {"play", "x", "--node", "1"},
+        {"play", "x", "--window"},
+        {"play", "x", "--fail"},
+        {"play", "--fail", "A", "B", "x"},
+        {"play", "x", "--bogus"},
+        {"store"},
+        {"store", "drop"},
+        {"store", "init", "--nodes", "-1"},
+        {"store", "init", "--nodes", "32767"},
+        {"store", "init", "--trace"},
+    };
+    for (const auto& line : lines) {
+        std::string shown;
+        for (const std::string& argument : line)
+            shown += argument + " ";
+        EXPECT_THROW(Parse_Command_Line(line), Usage_Error) << shown;
+    }
+}
+
+TEST(Command_Line, Answers_Help_And_Version) {
+    EXPECT_NE(Parsed<Information>({"--help"}).Text.find("play"), std::string::npos);
+    EXPECT_NE(Parsed<Information>({"play", "--help"}).Text.find("--reply"), std::string::npos);
+    EXPECT_EQ(Parsed<Information>({"--version"}).Text.rfind("style-editor ", 0), 0U);
+}
+
+// --- display
+
+TEST(Script_Display, Answers_Boxes) {
+    toolkit::Message asks;
+    asks.By_Product = true;
+    asks.Buttons = 3;
+    toolkit::Message tells = asks;
+    tells.Buttons = 1;
+    toolkit::Message platform;
+    platform.Style = 16;
+    Script_Display display;
+    EXPECT_EQ(display.Show_Message(asks), 4);
+    EXPECT_EQ(display.Show_Message(tells), 1);
+    EXPECT_EQ(display.Show_Message(platform), 1);
+    display.Queue_Answer(-1);
+    display.Queue_Answer(9);
+    display.Queue_Answer(2);
+    EXPECT_EQ(display.Show_Message(platform), -1);
+    EXPECT_EQ(display.Show_Message(asks), 9);
+    display.Answer_To_Close();
+    EXPECT_EQ(display.Show_Message(asks), 3);
+    EXPECT_EQ(display.Show_Message(tells), 1);
+}
+
+TEST(Box_Reporter, Prints_Boxes_With_Their_Keys_In_Order) {
+    Script_Display display;
+    std::ostringstream printed;
+    Transcript transcript(printed);
+    Box_Reporter reporter(display, transcript);
+    reporter.Show_Message({true, 2, u"Sp\u00e4ter?\r\n\u0001", 1, 3, 0, String(u"T") + char16_t(0xDC00)});
+    reporter.Show_Message({.Text = u"x\"", .Style = 64, .Title = u"Information"});
+    EXPECT_EQ(printed.str(),
+              "{\"event\":\"box\",\"by\":\"product\",\"language\":2,\"text\":\"Sp\xC3\xA4ter?\\r\\n\\u0001\","
+              "\"kind\":1,\"buttons\":3,\"title\":\"T\xEF\xBF\xBD\",\"answer\":4}\n"
+              "{\"event\":\"box\",\"by\":\"platform\",\"text\":\"x\\\"\",\"style\":64,"
+              "\"title\":\"Information\",\"answer\":1}\n");
+}
+
+} // namespace

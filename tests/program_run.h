@@ -1,0 +1,66 @@
+// Runs the built program in a folder of its own, for tests that look at it from outside.
+#pragma once
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <stdexcept>
+#include <vector>
+
+#include "temporary_folder.h"
+
+namespace program_run {
+
+struct Outcome {
+    int Status = -1; // the exit status, or minus the signal that ended it
+    std::string Out, Errors;
+};
+
+namespace detail {
+
+inline void Redirect(int descriptor, const std::string& path, int flags) {
+    const int file = open(path.c_str(), flags, 0600);
+    if (file < 0 || dup2(file, descriptor) < 0)
+        _exit(126);
+}
+
+[[noreturn]] inline void Become(const std::vector<std::string>& words, const Temporary_Folder& home,
+                                const std::string& working_folder) {
+    Redirect(0, home / "in", O_RDONLY);
+    Redirect(1, home / "out", O_WRONLY | O_CREAT | O_TRUNC);
+    Redirect(2, home / "errors", O_WRONLY | O_CREAT | O_TRUNC);
+    setenv("HOME", home.String().c_str(), 1);
+    unsetenv("XDG_DATA_HOME");
+    unsetenv("DISPLAY");
+    unsetenv("WAYLAND_DISPLAY");
+    unsetenv("QT_QPA_PLATFORM");
+    std::vector<char*> pointers;
+    for (const std::string& word : words)
+        pointers.push_back(const_cast<char*>(word.c_str())); // NOLINT: execv does not write
+    pointers.push_back(nullptr);
+    if (chdir(working_folder.c_str()) == 0)
+        execv(pointers[0], pointers.data());
+    _exit(127);
+}
+
+} // namespace detail
+
+// `home` is the program's home folder: its own store comes to lie there, empty at first. There is no screen.
+inline Outcome Run(const std::string& program, std::vector<std::string> arguments,
+                   const Temporary_Folder& home, const std::string& working_folder,
+                   const std::string& input = {}) {
+    arguments.insert(arguments.begin(), program);
+    Write_File(home / "in", input);
+    const pid_t child = fork();
+    if (child == 0)
+        detail::Become(arguments, home, working_folder);
+    int status = 0;
+    if (child < 0 || waitpid(child, &status, 0) != child)
+        throw std::runtime_error("the program cannot be run");
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status), Bytes_Of_File(home / "out"),
+            Bytes_Of_File(home / "errors")};
+}
+
+} // namespace program_run
