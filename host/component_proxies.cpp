@@ -10,7 +10,6 @@ namespace host {
 namespace {
 
 using automation::Class_Description;
-using automation::Identity;
 using automation::Reference;
 using automation::Status;
 using automation::Unknown;

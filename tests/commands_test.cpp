@@ -282,12 +282,4 @@ TEST_F(Commands, Keys_Press_Buttons_And_Move_The_Focus) {
         << "a button that is switched off loses the focus";
 }
 
-TEST_F(Commands, A_Script_That_Ends_Closes_The_Dialog_And_Discards) {
-    const Lines lines = Play(Pending);
-    EXPECT_EQ(session.Status(), 0);
-    EXPECT_EQ(Last_Of(lines, "box").at("answer"), 3);
-    EXPECT_FALSE(Saved(lines));
-    EXPECT_EQ(Last_Record(lines), Success);
-}
-
 } // namespace

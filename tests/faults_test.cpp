@@ -185,7 +185,8 @@ TEST_F(Faults, A_Job_Takes_Over_The_Dialog_That_Was_Left) {
     for (const auto& row : cases) {
         SCOPED_TRACE(std::string(row.Between) + row.Failing);
         const Lines lines = Play(std::string("shown 1 2 3\nshow form\n") + row.Between +
-                                     "shown 1 2 7\nshow\nclick cmdNext\nshow form\nclick cmdOK\nshow form\n"
+                                     "shown 1 2 7\nshow\npaste txtDescription x\nanswer discard\nclick "
+                                     "cmdNext\nshow form\nclick cmdOK\nshow form\n"
                                      "shown 1 2 7\nshow",
                                  {"--fail", row.Failing});
         const Lines forms = Only(lines, "form");

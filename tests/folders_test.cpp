@@ -89,30 +89,6 @@ TEST_F(Folders, Other_Types_And_Missing_Values_Are_Error_1001) {
     }
 }
 
-TEST_F(Folders, The_Default_Answers_For_A_Key_That_Cannot_Be_Opened) {
-    const auto read = [](const std::optional<Variant>& given) {
-        return folders::Read_Registry_Value(HKEY_LOCAL_MACHINE, u"K\\missing", u"v", given);
-    };
-    EXPECT_EQ(read(Variant(Long{7})).To_Text(), u"7");
-    EXPECT_EQ(read(std::nullopt).Type(), Variant_Type::Empty);
-}
-
-TEST_F(Folders, Special_Folders_Are_Empty_When_The_Shell_Has_None) {
-    const struct {
-        std::optional<std::string> Setting;
-        Long Folder;
-        String Path;
-    } cases[] = {{"/srv/dä", 35, u"/srv/dä"},
-                 {"/srv", 36, u""},
-                 {std::nullopt, 35, u""},
-                 {std::string(259, 'x'), 35, String(259, u'x')},
-                 {std::string(260, 'x'), 35, u""}};
-    for (const auto& row : cases) {
-        shell::Set_Common_App_Data(row.Setting);
-        EXPECT_EQ(folders::Special_Folder_Path(row.Folder), row.Path) << row.Setting.value_or("none");
-    }
-}
-
 TEST_F(Folders, The_Registry_Is_Asked_When_The_Shells_Folder_Lacks_The_Products) {
     const std::string with = Make_Product_Folder("with");
     const std::string other = Make_Product_Folder("other");
@@ -134,14 +110,6 @@ TEST_F(Folders, The_Registry_Is_Asked_When_The_Shells_Folder_Lacks_The_Products)
         EXPECT_EQ(automation::To_UTF8(folders::Product_Data_Folder()), expected);
         EXPECT_EQ(automation::To_UTF8(folders::User_Log_Path()), expected + "User_Log.txt");
     }
-}
-
-TEST_F(Folders, A_Missing_Registry_Value_Matters_Only_Without_The_Shells_Folder) {
-    Load_Hive("", Shell_Folders_Key);
-    shell::Set_Common_App_Data(Make_Product_Folder("with"));
-    EXPECT_NO_THROW(folders::Product_Data_Folder());
-    shell::Set_Common_App_Data(std::nullopt);
-    EXPECT_EQ(Failure_Number([] { folders::Product_Data_Folder(); }), 1001);
 }
 
 class User_Log : public Folders {

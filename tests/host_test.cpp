@@ -78,68 +78,28 @@ TEST(Script, Accepts_Every_Form_Of_A_Command) {
     }
 }
 
+// The cells of a table in a text, with "|" between them.
+std::vector<std::string> Cells(const std::string& table) {
+    std::vector<std::string> cells;
+    std::istringstream stream(table);
+    for (std::string cell; std::getline(stream, cell, '|');)
+        cells.push_back(cell);
+    return cells;
+}
+
 TEST(Script, Rejects_What_Is_No_Command) {
-    const char* const lines[] = {
-        "clik cmdOK",
-        "Shown 1 1 1",
-        "\"\"",
-        "shown",
-        "shown 1 1",
-        "shown 1 1 x",
-        "shown 1 1 32768",
-        "shown -32769 1 1",
-        "shown 1 1 1.0",
-        "shown 1 1 +1",
-        "shown 1 1 1e0",
-        "shown 1 1 \"1 \"",
-        "shown 1 1 1 silent",
-        "shown 1 1 1 1 quiet",
-        "shown 1 1 1 1 silent 1",
-        "new x",
-        "blind",
-        "blind True",
-        "blind 1",
-        "focus",
-        "focus CMDOK",
-        "focus form",
-        "focus cmdOK cmbNode",
-        "type txtTransfer",
-        "type txtTransfer a b",
-        "type \"txtTransfer\"5 x",
-        "type txtTransfer \"x",
-        "type txtTransfer \"\\x\"",
-        "type txtTransfer \"\\u12G4\"",
-        "type nothing x",
-        "paste txtTransfer",
-        "insert txtTransfer x",
-        "insert txtTransfer -1 x",
-        "insert txtTransfer x 1",
-        "backspace txtTransfer -1",
-        "backspace txtTransfer one",
-        "backspace txtTransfer 1 1",
-        "pick cmbNode",
-        "pick cmbNode first",
-        "pick cmbNode \"\"",
-        "click",
-        "key",
-        "key enter",
-        "key F1",
-        "close now",
-        "answer",
-        "answer Ok",
-        "answer 2147483648",
-        "answer ok ok",
-        "show form cmdOK",
-        "show cmdOK form",
-        "show cmdOK Form",
-        "items",
-        "items form",
-        "items cmbNode cmdOK",
-        "new\xC2\xA0",
-        "new \xFF",
-        "type txtTransfer \xED\xA0\x80",
-    };
-    for (const std::string line : lines) {
+    const std::string lines =
+        R"(clik cmdOK|Shown 1 1 1|""|shown|shown 1 1|shown 1 1 x|shown 1 1 32768|shown -32769 1 1|)"
+        R"(shown 1 1 1.0|shown 1 1 +1|shown 1 1 1e0|shown 1 1 "1 "|shown 1 1 1 silent|shown 1 1 1 1 quiet|)"
+        R"(shown 1 1 1 1 silent 1|new x|blind|blind True|blind 1|focus|focus CMDOK|focus form|)"
+        R"(focus cmdOK cmbNode|type txtTransfer|type txtTransfer a b|type "txtTransfer"5 x|)"
+        R"(type txtTransfer "x|type txtTransfer "\x"|type txtTransfer "\u12G4"|type nothing x|)"
+        R"(paste txtTransfer|insert txtTransfer x|insert txtTransfer -1 x|insert txtTransfer x 1|)"
+        R"(backspace txtTransfer -1|backspace txtTransfer one|backspace txtTransfer 1 1|pick cmbNode|)"
+        R"(pick cmbNode first|pick cmbNode ""|click|key|key enter|key F1|close now|answer|answer Ok|)"
+        R"(answer 2147483648|answer ok ok|show form cmdOK|show cmdOK form|show cmdOK Form|items|items form|)"
+        "items cmbNode cmdOK|new\xC2\xA0|new \xFF|type txtTransfer \xED\xA0\x80";
+    for (const std::string& line : Cells(lines)) {
         try {
             Parse_Script("# one\n\nnew\n" + line + "\nclik\n", Names);
             ADD_FAILURE() << line << ": accepted";
@@ -205,40 +165,19 @@ TEST(Command_Line, Keeps_Its_Defaults) {
     EXPECT_FALSE(edit.Wanted.Silent_Error);
     EXPECT_FALSE(edit.Common.App_Data);
     EXPECT_EQ(Parsed<Play_Command>({"play", "--appdata=", "-"}).Common.App_Data, "");
-    EXPECT_EQ(Parsed<Play_Command>({"play", "-"}).Script, "-");
     EXPECT_FALSE(Parsed<Store_Init_Command>({"store", "init"}).Nodes);
 }
 
 TEST(Command_Line, Rejects_What_It_Does_Not_Know) {
-    const std::vector<std::string> lines[] = {
-        {},
-        {"paly", "x"},
-        {"edit", "x"},
-        {"edit", "--node"},
-        {"edit", "--node", "x"},
-        {"edit", "--node", "0x1"},
-        {"edit", "--node", "32768"},
-        {"edit", "--config", "-32769"},
-        {"edit", "--window"},
-        {"edit", "play", "x"},
-        {"play"},
-        {"play", "x", "y"},
-        {"play", "x", "--node", "1"},
-        {"play", "x", "--window"},
-        {"play", "x", "--fail"},
-        {"play", "--fail", "A", "B", "x"},
-        {"play", "x", "--bogus"},
-        {"store"},
-        {"store", "drop"},
-        {"store", "init", "--nodes", "-1"},
-        {"store", "init", "--nodes", "32767"},
-        {"store", "init", "--trace"},
-    };
-    for (const auto& line : lines) {
-        std::string shown;
-        for (const std::string& argument : line)
-            shown += argument + " ";
-        EXPECT_THROW(Parse_Command_Line(line), Usage_Error) << shown;
+    const std::string lines =
+        "|paly x|edit x|edit --node|edit --node x|edit --node 0x1|edit --node 32768|edit --config -32769|"
+        "edit --window|edit play x|play|play x y|play x --node 1|play x --window|play x --fail|"
+        "play --fail A B x|play x --bogus|store|store drop|store init --nodes -1|store init --nodes 32767|"
+        "store init --trace";
+    for (const std::string& line : Cells(lines)) {
+        std::istringstream words(line);
+        const std::vector<std::string> arguments{std::istream_iterator<std::string>(words), {}};
+        EXPECT_THROW(Parse_Command_Line(arguments), Usage_Error) << line;
     }
 }
 
@@ -249,28 +188,6 @@ TEST(Command_Line, Answers_Help_And_Version) {
 }
 
 // --- display
-
-TEST(Script_Display, Answers_Boxes) {
-    toolkit::Message asks;
-    asks.By_Product = true;
-    asks.Buttons = 3;
-    toolkit::Message tells = asks;
-    tells.Buttons = 1;
-    toolkit::Message platform;
-    platform.Style = 16;
-    Script_Display display;
-    EXPECT_EQ(display.Show_Message(asks), 4);
-    EXPECT_EQ(display.Show_Message(tells), 1);
-    EXPECT_EQ(display.Show_Message(platform), 1);
-    display.Queue_Answer(-1);
-    display.Queue_Answer(9);
-    display.Queue_Answer(2);
-    EXPECT_EQ(display.Show_Message(platform), -1);
-    EXPECT_EQ(display.Show_Message(asks), 9);
-    display.Answer_To_Close();
-    EXPECT_EQ(display.Show_Message(asks), 3);
-    EXPECT_EQ(display.Show_Message(tells), 1);
-}
 
 TEST(Box_Reporter, Prints_Boxes_With_Their_Keys_In_Order) {
     Script_Display display;

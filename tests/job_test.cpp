@@ -120,34 +120,6 @@ TEST_F(Job, The_Requested_Number_Holds_Until_The_First_Step) {
                                                      "Get_Full_Detail(1,1,7)"}));
 }
 
-TEST_F(Job, A_Node_That_Is_Not_There_Is_Told) {
-    const struct {
-        const char *Requested, *Name;
-        Rows Nodes;
-    } cases[] = {
-        {"10", "STYLE 10", Default_3_7_9},
-        {"32767", "STYLE 32767", Default_3_7_9},
-        {"1", "STYLE 1", {}},
-        {"1", "STYLE 1", {{"0", "default", "0"}}},
-        {"0", "STYLE 0", {{"3", "three", "1"}}},
-        {"0", "STYLE 0", {}},
-    };
-    for (const auto& row : cases) {
-        const Lines lines = Traced("shown 1 1 " + std::string(row.Requested) + "\nshow", Nodes(row.Nodes));
-        EXPECT_EQ(Calls(lines), (Loading_Calls + Options{"Get_Style_Nodes(1,1)", "Show_Box"})) << row.Name;
-        EXPECT_EQ(Last_Of(lines, "box"),
-                  Line::parse(R"({"event":"box","by":"product","language":1,"text":"Node ')" +
-                              std::string(row.Name) +
-                              R"(' not found.","kind":2,"buttons":1,"title":"Information","answer":1})"));
-        EXPECT_EQ(Last_Record(lines), Success) << row.Name;
-        EXPECT_EQ(Last_Of(lines, "form"), (Line{{"event", "form"}, {"loaded", false}})) << row.Name;
-    }
-    const Lines unshown = Traced("answer fail\nshown 1 1 10\nshow form", Nodes(Default_3_7_9));
-    EXPECT_EQ(Last_Record(unshown),
-              (Record{false, "KOR_MsgBox", Unspecified, "The message box could not be shown"}));
-    EXPECT_EQ(Last_Of(unshown, "form").at("loaded"), false);
-}
-
 TEST_F(Job, The_Default_Node_Is_Edited_Alone) {
     const Lines normal = session.Play("shown 1 1 3\nshow", Nodes(Default_3_7_9));
     const Lines lines =
@@ -184,48 +156,6 @@ TEST_F(Job, The_Blind_Flag_Of_The_Host_Counts_For_The_First_Node) {
         EXPECT_EQ(Shown_Texts(lines, texts), texts);
         EXPECT_EQ(Last_Of(lines, "result").at("SupervisedType_Blind"), false);
     }
-}
-
-// In the order of their ids. "*": a caption that the design does not have is as wide as it is drawn.
-TEST_F(Job, Every_Control_Stands_In_Its_Place) {
-    std::istringstream places(
-        "cmbHookFlash=1920,2160,1455,315 lstSupervisedTypeID=360,7920,3135,1035 "
-        "txtDisconnect=1920,2880,1455,285 txtTransfer=1920,2550,1455,285 "
-        "fra=120,3240,4455,3615 cmbThreshold=1800,240,1455,315 "
-        "cmbRingOff=1800,3120,1455,315 cmbRingOn=1800,2760,1455,315 "
-        "cmbBusyOff=1800,2400,1455,315 cmbBusyOn=1800,2040,1455,315 "
-        "cmbRingLimit=1800,1680,1455,315 cmbNumRetries=1800,1320,1455,315 "
-        "cmbBusyRetry=1800,960,1455,315 txtRetrieve=1800,600,1455,285 "
-        "lblThreshold=240,240,765,195 lblRingOff=240,3120,1185,195 "
-        "lblRingOn=240,2760,1155,195 lblBusyOn=240,2040,1185,195 "
-        "lblBusyOff=240,2400,1215,195 lblRingLimit=240,1680,735,195 "
-        "lblNumRetries=240,1320,930,195 lblBusyRetry=240,960,1260,195 "
-        "lblRetrieve=240,600,675,195 fraSupervised=120,1080,4455,975 "
-        "optEnhanced=2040,600,1455,255 optDialContinue=240,600,1455,255 "
-        "optPartial=2040,240,1215,255 optFull=3480,240,735,195 optBlind=240,240,1335,255 "
-        "cmdFirst=680,120,375,315 cmdLast=3680,120,375,315 cmdNext=3305,120,375,315 "
-        "cmdPrevious=1055,120,375,315 cmbNode=1430,120,1000,315 cmdOK=700,7080,855,375 "
-        "cmdCancel=1900,7080,855,375 cmdApply=3100,7080,855,372 cmdHelp=3720,7080,855,375 "
-        "txtDescription=1200,720,3375,315 lblDisconnect=240,2910,840,195 "
-        "lblTransfer=240,2550,675,195 lblHookFlash=240,2160,*,195 "
-        "lblRecordPosition=2430,120,875,315 lblDescription=240,735,*,195");
-    const Lines lines = session.Play("shown 1 1 7\nshow", Nodes(Default_3_7_9));
-    const Lines controls = Only(lines, "control");
-    ASSERT_EQ(controls.size(), 44U);
-    for (const Line& control : controls) {
-        std::string wanted;
-        places >> wanted;
-        const auto number = [&](const char* key) { return std::to_string(control.at(key).get<int>()); };
-        const std::string width = wanted.find('*') == std::string::npos ? number("width") : "*";
-        EXPECT_EQ(control.at("name").get<std::string>() + "=" + number("left") + "," + number("top") + "," +
-                      width + "," + number("height"),
-                  wanted);
-    }
-    EXPECT_EQ(Last_Of(lines, "form"),
-              Line::parse(
-                  R"({"event":"form","loaded":true,"visible":true,"caption":"STYLE Node Editor","left":5295,)"
-                  R"("top":1740,"width":4770,"height":8040,"mouse_pointer":0,"screen_pointer":0,)"
-                  R"("focus":"txtDescription"})"));
 }
 
 } // namespace

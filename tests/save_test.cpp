@@ -37,40 +37,6 @@ protected:
     Editor_Session session;
 };
 
-TEST_F(Save, The_Typical_Job) {
-    const Lines lines =
-        Traced("shown 3 1 12\nshow lblRecordPosition\nclick optFull\nbackspace cmbHookFlash 4\n"
-               "type cmbHookFlash 250\nshow cmbHookFlash\ntype cmbHookFlash 0\n"
-               "show cmbHookFlash\nclick cmdOK\nshow form");
-    EXPECT_EQ(Last_Control(lines, "lblRecordPosition").at("caption"), "12 of 12");
-    EXPECT_EQ(Only(lines, "control")[1].at("text"), "250");
-    EXPECT_EQ(Last_Control(lines, "cmbHookFlash").at("text"), "2000");
-    const Options calls = Calls(lines);
-    const Options expected{"Get_All_Node_Types()",
-                           "Get_All_Threshold_Types()",
-                           "Get_Style_Nodes(3,1)",
-                           "Get_Partial_Detail(3,1,12)",
-                           "Is_Label_Allowed(Extension 1012)",
-                           "Prepare_Label(Extension 1012)",
-                           "Update_Style_Node(3,1,12,2000,4,!,,9#,!,FULL,2,Extension 1012)",
-                           "Delete_Partial_Detail(3,1,12)",
-                           "Delete_Full_Detail(3,1,12)",
-                           "Insert_Full_Detail(3,1,12,2,!,4,3,5,500,500,2000,4000)",
-                           "Update_Node_Entry(Extension 1012,<now>,3,1,5,12)",
-                           "Get_Style_Nodes(3,1)"};
-    ASSERT_EQ(calls.size(), expected.size());
-    for (std::size_t index = 0; index < calls.size(); ++index)
-        EXPECT_EQ(Timeless(calls[index]), expected[index]);
-    EXPECT_TRUE(Only(lines, "box").empty());
-    EXPECT_EQ(Last_Record(lines), Success);
-    EXPECT_EQ(Last_Of(lines, "form").at("loaded"), false);
-
-    const Lines again = session.Play("shown 3 1 12\nshow");
-    const Texts texts{{"txtDescription", "Extension 1012"}, {"cmbHookFlash", "2000"}, {"cmbRingOff", "4000"}};
-    EXPECT_EQ(Shown_Texts(again, texts), texts);
-    EXPECT_EQ(Last_Control(again, "optFull").at("value"), true);
-}
-
 constexpr const char* Names[] = {"Blind", "Partial", "Full", "DialContinue", "Enhanced"};
 constexpr const char* Captions[] = {"BLIND", "PARTIAL", "FULL", "DIALCONTINUE", "ENHANCED"};
 
@@ -109,18 +75,6 @@ TEST_F(Save, Every_Change_Of_Type_Removes_The_Old_Record_And_Replaces_The_New_On
             EXPECT_EQ(Last_Of(lines, "form").at("loaded"), true);
             EXPECT_EQ(Last_Record(lines), Success);
         }
-}
-
-TEST_F(Save, Empty_Texts_And_A_Missing_Type_Are_Written_As_They_Stand) {
-    const Lines lines =
-        Traced("shown 1 1 4\npaste txtDescription x\npaste txtDescription \"\"\nclick cmdApply",
-               Reply(session, "Get_Style_Nodes", Style_Nodes({{"4", "", "9", nullptr, "7"}})));
-    const Options calls = Saving_Calls(lines);
-    ASSERT_GE(calls.size(), 5U);
-    EXPECT_EQ(calls[2], "Update_Style_Node(1,1,4,,7,,,ENHANCED,4,)")
-        << "no option selected counts as Enhanced";
-    EXPECT_EQ(calls[3], "Delete_Enhanced_Detail(1,1,4)");
-    EXPECT_EQ(calls[4], "Insert_Enhanced_Detail(1,1,4,4,,,,,,,,)");
 }
 
 // The node that was asked for is saved, even when another one is shown; its record cannot be found again.

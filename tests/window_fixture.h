@@ -3,8 +3,10 @@
 
 #include <QAbstractItemView>
 #include <QApplication>
+#include <QBuffer>
 #include <QComboBox>
 #include <QDialog>
+#include <QImage>
 #include <QLineEdit>
 #include <QTest>
 #include <QTimer>
@@ -40,6 +42,7 @@ public:
             button->On_Click = Logger(*button, "Click");
         for (toolkit::Control* control : Controls())
             control->On_Lost_Focus = Logger(*control, "LostFocus");
+        Set_Pictures(Drawn_Picture);
         Set_Default_Button(cmdOK);
         Set_Cancel_Button(cmdCancel);
     }
@@ -53,7 +56,8 @@ public:
     toolkit::Label lblName{*this, {1, u"lblName", {240, 135, 525, 195}, 0, u"&Name:"}, {.Auto_Size = true}};
     toolkit::Text_Box txtName{*this, {2, u"txtName", {1200, 120, 3375, 285}, 1}};
     toolkit::Combo_Box cmbNumber{*this, {3, u"cmbNumber", {1200, 480, 1455, 315}, 2}, toolkit::Combo_Box::Style::Editable};
-    toolkit::Combo_Box cmbPlace{*this, {4, u"cmbPlace", {2655, 480, 1000, 315}, 3}, toolkit::Combo_Box::Style::List_Only};
+    toolkit::Combo_Box cmbPlace{*this, {4, u"cmbPlace", {60, 15, 1000, 315}, 3, {}, &fraPlace}, toolkit::Combo_Box::Style::List_Only};
+    toolkit::Frame fraPlace{*this, {14, u"fraPlace", {2640, 450, 1100, 375}, 13}};
     toolkit::Frame fraKind{*this, {5, u"fraKind", {120, 1080, 4455, 975}, 4, u"Kind", nullptr, true, {.Weight = 700}}};
     toolkit::Option_Button optOne{*this, {6, u"optOne", {240, 240, 1335, 255}, 5, u"BLIND", &fraKind}};
     toolkit::Option_Button optTwo{*this, {7, u"optTwo", {2040, 240, 1215, 255}, 6, u"PARTIAL", &fraKind}};
@@ -80,6 +84,26 @@ private:
             if (const auto found = On.find(name); found != On.end())
                 found->second();
         };
+    }
+    // A black square in the middle of a silver one, and an icon without any.
+    static std::basic_string_view<unsigned char> Drawn_Picture(automation::Long id) {
+        static const auto draw = [](QColor middle) {
+            QImage image(17, 19, QImage::Format_RGB888);
+            image.fill(QColor(192, 192, 192));
+            for (int at = 6; at < 13; ++at)
+                for (int row = 6; row < 13; ++row)
+                    image.setPixelColor(at, row, middle);
+            QByteArray bytes;
+            QBuffer buffer(&bytes);
+            buffer.open(QIODevice::WriteOnly);
+            image.save(&buffer, "BMP");
+            return std::basic_string<unsigned char>(bytes.begin(), bytes.end());
+        };
+        static const auto picture = draw(Qt::black);
+        static const auto icon = draw(Qt::red);
+        if (id != 1 && id != toolkit::Icon_Picture)
+            return {};
+        return id == 1 ? picture : icon;
     }
     void Watch_Text(toolkit::Text_Control& field) { field.On_Change = Logger(field, "Change"); }
 

@@ -19,23 +19,14 @@ TEST_F(Window_Test, The_Close_Box_Asks_The_Form) {
         Dialog().close();
         EXPECT_TRUE(form->Is_Visible());
         EXPECT_TRUE(Dialog().isVisible());
-        EXPECT_EQ(form->Take_Log(), Log{"Unload"});
+        Dialog().reject();
+        EXPECT_TRUE(Dialog().isVisible());
+        EXPECT_EQ(form->Take_Log(), (Log{"Unload", "Unload"}));
         form->Refuses_To_Close = false;
         Dialog().close();
         EXPECT_TRUE(form->Is_Gone());
     });
     EXPECT_TRUE(QApplication::topLevelWidgets().isEmpty()) << "the widgets go with the form";
-}
-
-TEST_F(Window_Test, A_Form_Can_Be_Hidden_And_Shown_Again) {
-    for (int time = 0; time < 2; ++time) {
-        form->On["cmdOK_Click"] = [&] { form->Hide(); };
-        While_Up([&] {
-            Click(form->cmdOK);
-            EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
-        });
-        EXPECT_TRUE(form->Is_Loaded());
-    }
 }
 
 // Every way into a handler, and the handler that ends the form there.
@@ -99,22 +90,6 @@ TEST_F(Window_Test, What_A_Handler_Throws_Comes_Out_Of_Show_Modal) {
     EXPECT_FALSE(form->Is_Visible());
     form->On.clear();
     While_Up([&] { Click(form->cmdOther); }); // and it can be shown again
-}
-
-TEST_F(Window_Test, A_Handler_May_Show_Another_Form) {
-    const auto outer = form;
-    const auto inner = std::make_shared<Small_Form>();
-    outer->On["cmdOK_Click"] = [&] {
-        form = inner;
-        While_Up([&] { EXPECT_EQ(Dialog().windowTitle(), "inner"); });
-        form = outer;
-    };
-    inner->Set_Caption(u"inner");
-    While_Up([&] {
-        Press(Qt::Key_Enter);
-        EXPECT_EQ(Dialog().windowTitle(), "A small form");
-        EXPECT_TRUE(outer->Is_Visible());
-    });
 }
 
 TEST_F(Window_Test, Pending_Messages_Are_Processed_In_The_Middle_Of_A_Handler) {
@@ -182,26 +157,6 @@ TEST_F(Window_Test, Message_Boxes_Look_And_Answer_As_Asked) {
     While_Up([&] {
         for (const Case& row : cases)
             ask(row);
-    });
-}
-
-TEST_F(Window_Test, A_Message_Box_Stands_Over_The_Dialog_As_The_Handler_Left_It) {
-    form->On["cmdOther_Click"] = [&] {
-        QDialog& dialog = Dialog();
-        QLineEdit& line = Line(form->txtName);
-        form->txtName.Set_Text(u"before the box");
-        Answer_With([&](QDialog& box) {
-            EXPECT_EQ(box.parentWidget(), &dialog);
-            EXPECT_EQ(line.text(), "before the box");
-            QTest::keyClick(&box, Qt::Key_Escape);
-        });
-        const toolkit::Message question{true, 1, u"Save?", 1, 3, 0, u""};
-        EXPECT_EQ(toolkit::Show_Message(question), toolkit::answer::Cancel);
-    };
-    While_Up([&] {
-        Click(form->cmdOther);
-        EXPECT_EQ(Dialog().focusWidget(), &The(form->cmdOther));
-        EXPECT_EQ(form->Take_Log(), (Log{"txtName_LostFocus", "cmdOther_Click", "txtName_Change"}));
     });
 }
 

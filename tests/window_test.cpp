@@ -56,25 +56,6 @@ TEST_F(Window_Test, Clips_No_Text) {
     });
 }
 
-// The field of a list leaves out what does not fit, so the last character has to be seen.
-TEST_F(Window_Test, A_List_Shows_The_Whole_Entry) {
-    for (String_View entry : {u"STYLE 32761", u"STYLE 32767"})
-        form->cmbPlace.Add_Item(entry);
-    While_Up([&] {
-        const auto picture = [&](automation::Long index) {
-            form->cmbPlace.Set_Selected_Index(index);
-            QCoreApplication::processEvents();
-            return The(form->cmbPlace).grab().toImage();
-        };
-        const QImage one = picture(3);
-        EXPECT_NE(picture(4), one);
-        for (int y = 4; y < one.height() - 4; ++y) {
-            const int beside = qGray(one.pixel(one.width() - 16, y)); // between text and arrow
-            EXPECT_NEAR(beside, qGray(one.pixel(one.width() - 2, y)), 24) << y;
-        }
-    });
-}
-
 TEST_F(Window_Test, Shows_What_The_Program_Changes_And_Tells_It_Nothing_Back) {
     form->On["cmdOther_Click"] = [&] {
         form->txtName.Set_Text(u"written");
@@ -110,20 +91,6 @@ TEST_F(Window_Test, Shows_What_The_Program_Changes_And_Tells_It_Nothing_Back) {
     });
 }
 
-TEST_F(Window_Test, Shows_Changes_That_Come_From_Elsewhere_At_The_Next_Turn) {
-    While_Up([&] {
-        form->txtName.Set_Text(u"from a timer");
-        QCoreApplication::processEvents();
-        EXPECT_EQ(Line(form->txtName).text(), "from a timer");
-        form->cmbPlace.Clear();
-        form->cmbPlace.Add_Item(u"only");
-        form->cmbPlace.Set_Selected_Index(0);
-        display->Process_Pending_Messages();
-        EXPECT_EQ(The<QComboBox>(form->cmbPlace).count(), 1);
-        EXPECT_EQ(The<QComboBox>(form->cmbPlace).currentText(), "only");
-    });
-}
-
 TEST_F(Window_Test, A_Form_Costs_Nothing_Before_It_Is_Shown_Whatever_Its_Lists_Hold) {
     constexpr int Entries = 32767;
     for (int entry = 0; entry < Entries; ++entry)
@@ -141,17 +108,13 @@ TEST_F(Window_Test, A_Form_Costs_Nothing_Before_It_Is_Shown_Whatever_Its_Lists_H
     });
 }
 
-TEST_F(Window_Test, The_Pointer_Follows_The_Screen_And_The_Form) {
-    toolkit::screen::Set_Mouse_Pointer(toolkit::Pointer_Hourglass);
-    ASSERT_NE(QGuiApplication::overrideCursor(), nullptr);
-    EXPECT_EQ(QGuiApplication::overrideCursor()->shape(), Qt::WaitCursor);
-    toolkit::screen::Set_Mouse_Pointer(toolkit::Pointer_Default);
-    EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+TEST_F(Window_Test, Shows_The_Pictures_Of_The_Form) {
     While_Up([&] {
-        form->Set_Mouse_Pointer(toolkit::Pointer_Hourglass);
-        EXPECT_EQ(Dialog().cursor().shape(), Qt::WaitCursor);
-        form->Set_Mouse_Pointer(toolkit::Pointer_Default);
-        EXPECT_EQ(Dialog().cursor().shape(), Qt::ArrowCursor);
+        const QImage picture = The<QPushButton>(form->cmdOther).icon().pixmap(17, 19).toImage();
+        ASSERT_EQ(picture.size(), QSize(17, 19));
+        EXPECT_EQ(qAlpha(picture.pixel(0, 0)), 0) << "the button shows through";
+        EXPECT_EQ(picture.pixel(6, 6), qRgb(0, 0, 0));
+        EXPECT_EQ(Dialog().windowIcon().pixmap(17, 19).toImage().pixelColor(8, 8), QColor(Qt::red));
     });
 }
 
@@ -189,23 +152,6 @@ TEST_F(Window_Test, Typing_Shows_What_The_Handler_Leaves) {
             EXPECT_EQ(field->Selection_Start(), 1U);
         });
     }
-}
-
-TEST_F(Window_Test, Pasting_And_Cutting_Are_One_Edit) {
-    form->txtName.Set_Text(u"label");
-    While_Up([&] {
-        form->Take_Log();
-        Line(form->txtName).selectAll();
-        EXPECT_EQ(form->txtName.Selection_Start(), 0U);
-        QGuiApplication::clipboard()->setText(QString::fromUtf16(u"a\U0001F600\u00e9"));
-        Press(Qt::Key_V, Qt::ControlModifier);
-        EXPECT_EQ(form->txtName.Text(), u"a\U0001F600\u00e9");
-        EXPECT_EQ(form->txtName.Selection_Start(), 4U) << "code units";
-        Press(Qt::Key_A, Qt::ControlModifier);
-        Press(Qt::Key_X, Qt::ControlModifier);
-        EXPECT_EQ(form->txtName.Text(), u"");
-        EXPECT_EQ(form->Take_Log(), (Log{"txtName_Change", "txtName_Change"}));
-    });
 }
 
 TEST_F(Window_Test, The_Caret_Follows_Keys) {
@@ -280,24 +226,6 @@ TEST_F(Window_Test, Picking_Raises_Click_Every_Time_And_Typing_An_Entry_Never) {
             QTest::keyClick(shown.view(), Qt::Key_Enter);
             EXPECT_EQ(form->Take_Log(), (Log{click, click, click}));
         }
-    });
-}
-
-TEST_F(Window_Test, A_List_Box_Tells_Of_Each_Pick_Once) {
-    While_Up([&] {
-        QListView& list = The<QListView>(form->lstThings);
-        const auto click = [&](int row) {
-            const QRect place = list.visualRect(list.model()->index(row, 0));
-            QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, place.center());
-        };
-        click(1);
-        EXPECT_EQ(form->lstThings.Selected_Index(), 1);
-        click(1);
-        EXPECT_EQ(form->Focused(), &form->lstThings);
-        Press(Qt::Key_Down);
-        EXPECT_EQ(form->lstThings.Text(), u"three");
-        EXPECT_EQ(form->Take_Log(),
-                  (Log{"txtName_LostFocus", "lstThings_Click", "lstThings_Click", "lstThings_Click"}));
     });
 }
 

@@ -7,7 +7,7 @@
 #include <limits>
 #include <vector>
 
-#include "geometry.h"
+#include "form_picture.h"
 #include "qt_text.h"
 #include "toolkit/user_input.h"
 
@@ -145,7 +145,8 @@ protected:
         painter.setPen(Line_Color());
         if (!title().isEmpty())
             painter.setClipRegion(QRegion(rect()).subtracted(caption.adjusted(-Gap, 0, Gap, 0)));
-        painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, caption.height() / 2 + 0.5, -0.5, -0.5), 2, 2);
+        const int line = caption.height() / 2;
+        painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, line + 0.5, -0.5, -0.5), 2, 2);
         painter.setClipping(false);
         style()->drawItemText(&painter, caption, static_cast<int>(Qt::AlignCenter) | Qt::TextShowMnemonic,
                               palette(), isEnabled(), title(), QPalette::WindowText);
@@ -180,15 +181,10 @@ void Frame_View::Show() {
 namespace {
 
 // The pictures were drawn for a silver button.
-QPixmap Picture_Of(const toolkit::Command_Button& button) {
-    const auto& pictures = button.Owner_Form().Pictures();
-    if (button.Picture() == 0 || !pictures)
-        return {};
-    const auto bytes = pictures(button.Picture());
-    QImage image = QImage::fromData(bytes.data(), static_cast<int>(bytes.size()));
-    if (image.isNull())
-        return {};
-    image.setAlphaChannel(image.createMaskFromColor(qRgb(192, 192, 192), Qt::MaskOutColor));
+QPixmap Picture_On_Button(const toolkit::Command_Button& button) {
+    QImage image = Picture_Of(button.Owner_Form(), button.Picture());
+    if (!image.isNull())
+        image.setAlphaChannel(image.createMaskFromColor(qRgb(192, 192, 192), Qt::MaskOutColor));
     return QPixmap::fromImage(image);
 }
 
@@ -198,7 +194,8 @@ Button_View::Button_View(toolkit::Command_Button& button, QWidget* parent, Input
     : Control_View(button, new QPushButton(parent)), shown(static_cast<QPushButton&>(Widget())) {
     shown.setAutoDefault(false);
     shown.setDefault(button.Owner_Form().Default_Button() == &button);
-    if (const QPixmap picture = Picture_Of(button); !picture.isNull()) {
+    if (button.Picture() != 0) {
+        const QPixmap picture = Picture_On_Button(button);
         shown.setIcon(picture);
         shown.setIconSize(picture.size());
     }

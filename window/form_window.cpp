@@ -7,11 +7,13 @@
 #include <QScopedValueRollback>
 #include <QScreen>
 #include <QStyleOptionComboBox>
+#include <QTimer>
 
 #include <algorithm>
 #include <utility>
 
 #include "design_font.h"
+#include "form_picture.h"
 #include "geometry.h"
 #include "qt_text.h"
 
@@ -123,6 +125,7 @@ private:
 Form_Window::Form_Window(toolkit::Form& form)
     : form(&form), style(std::make_unique<Form_Style>()), dialog(std::make_unique<Form_Dialog>(*this)) {
     dialog->setFont(Stand_In(form.Face()));
+    dialog->setWindowIcon(QPixmap::fromImage(Picture_Of(form, toolkit::Icon_Picture)));
     Create_Views();
     Set_Tab_Order();
     Refresh();

@@ -27,7 +27,6 @@ void Set_Buttons(QMessageBox& box, bool asks) {
     box.setStandardButtons(asks ? QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel
                                 : QMessageBox::StandardButtons(QMessageBox::Ok));
     box.setDefaultButton(asks ? QMessageBox::Save : QMessageBox::Ok);
-    box.setEscapeButton(asks ? QMessageBox::Cancel : QMessageBox::Ok);
 }
 
 automation::Long Answer_Of(int button) {
