@@ -52,7 +52,7 @@ std::shared_ptr<Store> Open_Store(const std::optional<std::string>& name) {
 }
 
 std::string Create_Store(const Store_Init_Command& command) {
-    const std::string name = command.Store ? *command.Store : Own_Store();
+    std::string name = command.Store ? *command.Store : Own_Store();
     try {
         Store::Create(name, command.Nodes);
     } catch (const Store_Error& error) {

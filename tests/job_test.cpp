@@ -1,6 +1,4 @@
 // Opening the editor on a node: what is called, what is shown, and what is left when loading ends early.
-#include <sstream>
-
 #include "editor_files.h"
 
 namespace {
@@ -144,18 +142,6 @@ TEST_F(Job, The_Default_Node_Is_Edited_Alone) {
     EXPECT_EQ(Last_Control(lines, "lblDescription").at("top"), 120);
     EXPECT_EQ(Last_Of(lines, "result").at("Editing_Default_Node"), true);
     EXPECT_EQ(Last_Record(lines), Success);
-}
-
-// Whoever asked for Blind before the job gets the starting values where the store has none.
-TEST_F(Job, The_Blind_Flag_Of_The_Host_Counts_For_The_First_Node) {
-    const Options replies = Nodes(Default_3_7_9) + Reply(session, "Get_Partial_Detail", Detail({}));
-    for (const bool blind : {false, true}) {
-        const Lines lines =
-            session.Play(std::string("blind ") + (blind ? "true" : "false") + "\nshown 1 1 3\nshow", replies);
-        const Texts texts{{"txtRetrieve", blind ? "!" : ""}, {"cmbRingOff", blind ? "4000" : ""}};
-        EXPECT_EQ(Shown_Texts(lines, texts), texts);
-        EXPECT_EQ(Last_Of(lines, "result").at("SupervisedType_Blind"), false);
-    }
 }
 
 } // namespace

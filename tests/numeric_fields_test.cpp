@@ -166,17 +166,6 @@ TEST(Numeric_Field, Is_Raised_To_Its_Minimum_When_It_Is_Left) {
         Expect_Rows(Words("cmbHookFlash cmbRingOff"), {{"paste $ 30|" + leave, "50"}});
 }
 
-TEST(Numeric_Field, Is_Left_By_The_Mouse_But_Not_By_Enter) {
-    for (const std::string act : {"click cmdOK", "click cmdApply", "key Enter"}) {
-        Editor_Session session;
-        const std::string hook_flash = act == "key Enter" ? "30" : "50";
-        const auto calls = Calls(session.Play("shown 1 1 12\npaste cmbHookFlash 30\n" + act, {"--trace"}));
-        const std::string save =
-            "Update_Style_Node(1,1,12," + hook_flash + ",7,!,,12#,!,PARTIAL,1,Second-level support)";
-        EXPECT_EQ(std::count(calls.begin(), calls.end(), save), 1) << act;
-    }
-}
-
 TEST(Numeric_Field, Marks_But_Does_Not_Remember_A_Pick) {
     Expect_Rows(Milliseconds, {{"pick $ 9", "500"},
                                {"pick $ 0|focus txtDescription", "50"},

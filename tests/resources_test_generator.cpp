@@ -69,24 +69,4 @@ TEST(Compile_Resources, Refuses_A_Language_With_Other_Ids_By_Its_Line) {
     }
 }
 
-TEST(Compile_Resources, Refuses_Pictures_Of_Another_Form) {
-    const std::string bitmap = Bytes_Of_File(RESOURCE_FOLDER "/next.bmp");
-    const std::string icon = Bytes_Of_File(RESOURCE_FOLDER "/style_node.ico");
-    std::vector<std::pair<std::string, std::string>> cases{
-        {"3=", icon}, {"3=", bitmap.substr(0, 1041)}, {"0=", bitmap}};
-    const auto change = [&](const char* argument, std::string bytes, std::size_t at, char value) {
-        bytes[at] = value;
-        cases.emplace_back(argument, bytes);
-    };
-    for (const auto& [at, value] : {std::pair{18u, '\x10'}, {22u, '\x12'}, {28u, ' '}, {30u, '\1'}})
-        change("3=", bitmap, at, value);
-    change("0=", icon, 6, 16);
-    change("0=", icon, 12, 4);
-    for (const auto& [argument, bytes] : cases) {
-        const Temporary_Folder folder;
-        const std::string output = Compile(folder, argument + Write_File(folder / "picture", bytes), 1);
-        EXPECT_NE(output.find("picture: is not an"), std::string::npos) << argument << ": " << output;
-    }
-}
-
 } // namespace

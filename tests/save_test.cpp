@@ -77,31 +77,6 @@ TEST_F(Save, Every_Change_Of_Type_Removes_The_Old_Record_And_Replaces_The_New_On
         }
 }
 
-// The node that was asked for is saved, even when another one is shown; its record cannot be found again.
-TEST_F(Save, The_Requested_Number_Is_Saved_Until_The_First_Step) {
-    const struct {
-        const char *Move, *Number;
-        Record Wanted;
-    } cases[] = {
-        {"",
-         "5",
-         {false, "[ADODB.Recordset][Busyness_Rules]Save_Changes", 3021,
-          "Either BOF or EOF is True, or the current record has been deleted. Requested operation requires a "
-          "current record."}},
-        {"click cmdNext\nclick cmdPrevious\n", "7", Success},
-    };
-    for (const auto& row : cases) {
-        const Lines lines = Traced(std::string("shown 1 2 5\n") + row.Move +
-                                   "paste txtDescription new\nclick cmdApply\nshow form");
-        const Options calls = Operations(lines);
-        EXPECT_EQ(Saving_Calls(lines)[2],
-                  "Update_Style_Node(1,2," + std::string(row.Number) + ",600,6,!,7#,!,FULL,2,new)");
-        EXPECT_EQ(calls.back(), "Get_Style_Nodes") << "every write is made before";
-        EXPECT_EQ(Last_Record(lines), row.Wanted);
-        EXPECT_EQ(Last_Of(lines, "form").at("loaded"), row.Wanted.Shown);
-    }
-}
-
 TEST_F(Save, Moves_Start_From_The_Saved_Record_After_The_List_Was_Read_Again) {
     const Lines lines = Traced("shown 1 2 7\npaste txtDescription new\nanswer save\nclick cmdNext\nshow\n"
                                "click cmdPrevious\nshow");
@@ -210,44 +185,6 @@ TEST_F(Save, Nothing_Is_Written_Without_A_Threshold) {
     EXPECT_EQ(Last_Record(lines), (Record{false, "[KOR_STYLE_Node][Busyness_Rules]Save_Changes", 381,
                                           "Invalid property array index"}));
     EXPECT_EQ(Saving_Calls(lines), (Options{"Is_Label_Allowed(x)", "Prepare_Label(x)"}));
-}
-
-// Creation stops at the first component that is not there; the first use of what is unset is reported.
-TEST_F(Save, Missing_Components_Are_Reported_Where_They_Are_Used) {
-    const std::string common = "[KOR_STYLE_Node][Busyness_Rules]";
-    const std::string types = common + "Obtain_All_Node_Type_Name";
-    const struct {
-        const char* Missing;
-        Record Opened, Saved;
-        const char* Last_Call;
-    } cases[] = {
-        {"KOR_MsgBox.Busyness_Rules", {false, types, 91, Not_Set}, {}, ""},
-        {"ZEBdb.SR", {false, types, 91, Not_Set}, {}, ""},
-        {"ZEBdb.NODES", {false, common + "Node_Editor_Populated", 91, Not_Set}, {}, ""},
-        {"ADODB.Stream", {false, types, 91, Not_Set}, {}, ""},
-        {"ADODB.Recordset", {false, types, 91, Not_Set}, {}, ""},
-        {"ZEBdb.DETAIL", Success, {false, common + "Save_Changes", 91, Not_Set}, "Prepare_Label"},
-        {"ZEBdb.CONFIG", Success, {false, common + "Save_Changes", 91, Not_Set}, "Prepare_Label"},
-        {"ZEBud.UDNODES", Success, {false, common + "Save_Changes", 91, Not_Set}, "Prepare_Label"},
-        {"ZEBdel.DELNODES", Success, {false, common + "Save_Changes", 91, Not_Set}, "Update_Style_Node"},
-        {"ZEBins.INSNODES", Success, {false, common + "Save_Changes", 91, Not_Set}, "Delete_Partial_Detail"},
-        {"LabelChecker",
-         Success,
-         {false, common + "Save_Changes", 429, "ActiveX component can't create object"},
-         "Get_Partial_Detail"},
-    };
-    for (const auto& row : cases) {
-        const Lines opened = session.Play("shown 1 2 3", {"--missing", row.Missing});
-        EXPECT_EQ(Last_Record(opened), row.Opened) << row.Missing;
-        if (row.Opened != Success)
-            continue;
-        const Lines saved = Traced(
-            "shown 1 2 3\npaste txtDescription x\npaste txtDescription Warehouse\nclick cmdApply\nshow form",
-            {"--missing", row.Missing});
-        EXPECT_EQ(Last_Record(saved), row.Saved) << row.Missing;
-        EXPECT_EQ(Operations(saved).back(), row.Last_Call) << row.Missing;
-        EXPECT_EQ(Last_Of(saved, "form").at("loaded"), false) << row.Missing;
-    }
 }
 
 } // namespace

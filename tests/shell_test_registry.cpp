@@ -84,23 +84,6 @@ TEST_F(Registry, Values_Are_The_Bytes_Of_The_Eight_Bit_Functions) {
     }
 }
 
-TEST_F(Registry, Keys_And_Names_Are_Found_Without_Regard_To_Case) {
-    Load(std::string(Version_5) + "\n[hkey_local_machine\\SoftWare\\A ]b]c] ; note\n\"Name\"=\"x\"\n");
-    for (const char* path :
-         {"SOFT", "software\\a", "\\software", "software\\\\a ]b]c", "software\\a ]b]c\\d"})
-        EXPECT_FALSE(Exists(HKEY_LOCAL_MACHINE, path)) << path;
-    EXPECT_FALSE(Exists(shell::HKEY_CURRENT_USER, "SOFTWARE"));
-    EXPECT_EQ(Value("SOFTWARE\\A ]b]c", "nAME"), "1:x\0"s);
-    EXPECT_EQ(Value("SOFTWARE", "Name"), "query 2");
-}
-
-TEST_F(Registry, A_Key_Goes_With_All_Below_It) {
-    Load(Version_5 +
-         "[HKEY_LOCAL_MACHINE\\A\\B\\C]\n[HKEY_LOCAL_MACHINE\\A\\BB]\n[-HKEY_LOCAL_MACHINE\\a\\b]"s);
-    EXPECT_TRUE(Exists(HKEY_LOCAL_MACHINE, "A\\BB"));
-    EXPECT_FALSE(Exists(HKEY_LOCAL_MACHINE, "A\\B\\C"));
-}
-
 TEST_F(Registry, Every_Encoding_Gives_The_Same_Hive) {
     const std::u16string text =
         u"Windows Registry Editor Version 5.00\r\n\r\n[HKEY_LOCAL_MACHINE\\Ä]\r\n\"ñ\"=\"\U0001F600\"\r\n";

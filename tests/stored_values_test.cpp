@@ -111,23 +111,6 @@ TEST_F(Stored_Values, Below_The_Minimum_Are_Raised_And_Marked_When_The_Focus_Pas
     EXPECT_TRUE(controls[2].at("text") == "50" && controls[3].at("enabled") == true);
 }
 
-TEST_F(Stored_Values, A_Missing_One_Comes_Back_As_Empty_And_Marks_When_An_Edit_Is_Refused) {
-    struct Case {
-        Column Where;
-        std::string Control, Refused;
-    };
-    for (const Case& missing :
-         {Case{Hook_Flash, "cmbHookFlash", "x"}, Case{Hook_Flash, "cmbHookFlash", "12345"},
-          Case{Transfer, "txtTransfer", "A"}, Case{Disconnect, "txtDisconnect", "12345678"},
-          Case{Label, "txtDescription", Repeated(31, 'x')}}) {
-        const std::string edit = "paste " + missing.Control + " " + missing.Refused;
-        const Lines lines =
-            Play({{missing.Where, nullptr}}, "shown 1 1 2\n" + edit + "\nshow\nanswer discard\nclose");
-        EXPECT_EQ(Text_Of(lines, missing.Control), "") << edit;
-        EXPECT_EQ(Last_Control(lines, "cmdApply").at("enabled"), missing.Where != Label) << edit;
-    }
-}
-
 TEST_F(Stored_Values, A_Threshold_Is_Selected_By_Its_Identifier) {
     const std::map<std::string, int> indices{{"7", 0},  {"-", 0},   {"8", 7},   {"99", 4},
                                              {"-3", 4}, {"1.4", 1}, {"2.5", 2}, {" 6 ", 6}};

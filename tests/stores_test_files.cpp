@@ -102,16 +102,6 @@ TEST(Store_Files, A_New_Store_Has_The_Narrowest_Rights) {
         EXPECT_EQ(fs::symlink_status(folder / name).permissions(), fs::perms(mode)) << name;
 }
 
-TEST(Store_Files, Any_File_Name_Will_Do) {
-    for (const std::string name : {"two words.db", "a=b c=d", "\"quoted\" 'x'.db", "100%?mode=ro&x#y",
-                                   "file:nodes", "Käse;--.db", ":memory:", " dbname=other"}) {
-        const Temporary_Folder folder;
-        EXPECT_NO_THROW(Store::Create(URL(folder / name))) << name;
-        EXPECT_NO_THROW(Store::Open(URL(folder / name))) << name;
-        EXPECT_EQ(Contents(folder).size(), 1U) << name;
-    }
-}
-
 TEST(Store_Files, What_Cannot_Be_Opened_Or_Begun_Makes_Nothing) {
     const Temporary_Folder folder;
     Write_File(folder / "file", "x");

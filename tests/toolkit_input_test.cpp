@@ -72,16 +72,6 @@ TEST_F(Toolkit_Input, Tab_Visits_Every_Stop_And_Wraps) {
     });
 }
 
-TEST_F(Toolkit_Input, Focus_Starts_On_The_First_Stop) {
-    Load_New_Form();
-    form->text.Set_Enabled(false);
-    EXPECT_EQ(Focused(), "first");
-    form->frame.Set_Enabled(false);
-    EXPECT_EQ(Focused(), "outside");
-    form->text.Set_Enabled(true);
-    EXPECT_EQ(Focused(), "text") << "nobody has moved it";
-}
-
 TEST_F(Toolkit_Input, Focus_Leaves_What_Cannot_Keep_It) {
     Load_New_Form();
     struct {

@@ -59,16 +59,6 @@ TEST_F(User_Log_Job, Two_Errors_Are_Two_Lines_In_Order) {
     EXPECT_EQ(Timeless(Bytes(Log(common))), Line_With("1\t32767\t-3", 59) + Line_With("1\t32767\t-3", -59));
 }
 
-TEST_F(User_Log_Job, Nothing_Is_Logged_Without_An_Internal_Error) {
-    Make(".");
-    for (const char* script : {"shown 1 1 1", "shown 1 1 77", "shown 1 1 1 557", "shown 1 1 1 3"}) {
-        const Lines lines = session.Play(script, {"--trace"});
-        EXPECT_FALSE(fs::exists(Log(common))) << script;
-        for (const std::string& operation : Operations(lines))
-            EXPECT_NE(operation, "Get_Configuration_Info") << script;
-    }
-}
-
 TEST_F(User_Log_Job, The_Configuration_Is_Three_Integers_Or_No_Line) {
     const struct {
         Rows Records;
@@ -94,19 +84,6 @@ TEST_F(User_Log_Job, The_Configuration_Is_Three_Integers_Or_No_Line) {
         EXPECT_EQ(Last_Record(session.Play(Fail_Once, options)).Code, 326) << options[1];
         EXPECT_FALSE(fs::exists(Log(common))) << options[1];
     }
-}
-
-// Reading it reports its own failure, which the box then shows.
-TEST_F(User_Log_Job, An_Unreadable_Configuration_Takes_The_Record) {
-    Make(".");
-    const Lines lines = session.Play("shown 1 1 1 2", Reply(session, "Get_Configuration_Info", "junk"));
-    const Record record = Last_Record(lines);
-    EXPECT_EQ(record.Location, "[ADODB.Recordset][Busyness_Rules]XMLStringToRecordset");
-    EXPECT_EQ(record.Code, Unspecified);
-    EXPECT_EQ(Last_Of(lines, "box").at("text"), "Location:     " + record.Location +
-                                                    "\r\nCode:          -2147467259" +
-                                                    "\r\nDescription: " + record.Description);
-    EXPECT_FALSE(fs::exists(Log(common)));
 }
 
 TEST_F(User_Log_Job, Goes_To_The_Registrys_Folder_Or_Nowhere) {

@@ -91,33 +91,6 @@ TEST_F(Window_Test, Shows_What_The_Program_Changes_And_Tells_It_Nothing_Back) {
     });
 }
 
-TEST_F(Window_Test, A_Form_Costs_Nothing_Before_It_Is_Shown_Whatever_Its_Lists_Hold) {
-    constexpr int Entries = 32767;
-    for (int entry = 0; entry < Entries; ++entry)
-        form->cmbPlace.Add_Item(u"entry");
-    EXPECT_TRUE(QApplication::topLevelWidgets().isEmpty());
-    form->cmbPlace.Set_Item_Data(Entries, 7);
-    form->cmbPlace.Set_Selected_Index(Entries);
-    While_Up([&] {
-        QComboBox& combo = The<QComboBox>(form->cmbPlace);
-        EXPECT_EQ(combo.count(), Entries + 3);
-        EXPECT_EQ(combo.currentIndex(), Entries);
-        combo.showPopup();
-        EXPECT_LE(combo.view()->height(), 300) << "the list has to scroll";
-        combo.hidePopup();
-    });
-}
-
-TEST_F(Window_Test, Shows_The_Pictures_Of_The_Form) {
-    While_Up([&] {
-        const QImage picture = The<QPushButton>(form->cmdOther).icon().pixmap(17, 19).toImage();
-        ASSERT_EQ(picture.size(), QSize(17, 19));
-        EXPECT_EQ(qAlpha(picture.pixel(0, 0)), 0) << "the button shows through";
-        EXPECT_EQ(picture.pixel(6, 6), qRgb(0, 0, 0));
-        EXPECT_EQ(Dialog().windowIcon().pixmap(17, 19).toImage().pixelColor(8, 8), QColor(Qt::red));
-    });
-}
-
 // What a person does
 
 TEST_F(Window_Test, Typing_Shows_What_The_Handler_Leaves) {
@@ -154,20 +127,6 @@ TEST_F(Window_Test, Typing_Shows_What_The_Handler_Leaves) {
     }
 }
 
-TEST_F(Window_Test, The_Caret_Follows_Keys) {
-    form->txtName.Set_Text(u"label");
-    While_Up([&] {
-        EXPECT_FALSE(Line(form->txtName).hasSelectedText()) << "the next key would replace the text";
-        Press(Qt::Key_End);
-        EXPECT_EQ(form->txtName.Selection_Start(), 5U);
-        Press(Qt::Key_Left);
-        EXPECT_EQ(form->txtName.Selection_Start(), 4U);
-        Press(Qt::Key_Home, Qt::ShiftModifier);
-        EXPECT_EQ(form->txtName.Selection_Start(), 0U);
-        EXPECT_EQ(Line(form->txtName).selectedText(), "labe") << "the selection has to stay";
-    });
-}
-
 TEST_F(Window_Test, Tab_Walks_The_Stops_In_Both_Directions_And_Leaves_Texts_Alone) {
     form->optTwo.Set_Enabled(false);
     form->lstThings.Set_Visible(false);
@@ -189,18 +148,6 @@ TEST_F(Window_Test, Tab_Walks_The_Stops_In_Both_Directions_And_Leaves_Texts_Alon
         const Log log = form->Take_Log();
         EXPECT_EQ(std::count(log.begin(), log.end(), "cmbNumber_LostFocus"), 2);
         EXPECT_EQ(std::count(log.begin(), log.end(), "cmbNumber_Click"), 0);
-    });
-}
-
-TEST_F(Window_Test, The_Focus_Goes_Where_The_Form_Has_It) {
-    form->On["txtName_LostFocus"] = [&] { form->cmbNumber.Set_Enabled(false); };
-    While_Up([&] {
-        QTest::mouseClick(&Line(form->cmbNumber), Qt::LeftButton);
-        EXPECT_EQ(form->Focused(), &form->cmbPlace) << "the next stop after one that switched itself off";
-        EXPECT_EQ(Dialog().focusWidget(), &The(form->cmbPlace));
-        form->cmbPlace.Set_Visible(false);
-        QCoreApplication::processEvents();
-        EXPECT_EQ(Dialog().focusWidget(), &The(form->optOne));
     });
 }
 

@@ -7,7 +7,6 @@
 #include <QScopedValueRollback>
 #include <QScreen>
 #include <QStyleOptionComboBox>
-#include <QTimer>
 
 #include <algorithm>
 #include <utility>
@@ -126,6 +125,8 @@ Form_Window::Form_Window(toolkit::Form& form)
     : form(&form), style(std::make_unique<Form_Style>()), dialog(std::make_unique<Form_Dialog>(*this)) {
     dialog->setFont(Stand_In(form.Face()));
     dialog->setWindowIcon(QPixmap::fromImage(Picture_Of(form, toolkit::Icon_Picture)));
+    at_next_turn.setSingleShot(true);
+    QObject::connect(&at_next_turn, &QTimer::timeout, &at_next_turn, [this] { Refresh(); });
     Create_Views();
     Set_Tab_Order();
     Refresh();
@@ -213,7 +214,7 @@ void Form_Window::Changed() {
 }
 
 void Form_Window::Refresh() {
-    scheduled = false;
+    at_next_turn.stop();
     if (!form || showing || !std::exchange(changed, false))
         return;
     const QScopedValueRollback guard(showing, true);

@@ -8,6 +8,7 @@
 #include <QDialog>
 #include <QEventLoop>
 #include <QStyle>
+#include <QTimer>
 
 #include <exception>
 #include <optional>
@@ -64,7 +65,7 @@ private:
     std::unordered_map<const QObject*, Control_View*> view_of_widget;
     std::optional<toolkit::Rectangle> shown_place;
     bool changed = true;
-    bool scheduled = false;
+    QTimer at_next_turn; // of the event loop
     bool showing = false;
     QEventLoop* loop = nullptr;
     std::exception_ptr failure;
