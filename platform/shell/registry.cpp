@@ -1,7 +1,6 @@
 #include "shell/registry.h"
 
 #include <algorithm>
-#include <cstring>
 #include <mutex>
 
 #include "hive.h"
@@ -85,7 +84,7 @@ Long Give(const Registry_Value& value, std::uint8_t* data, std::uint32_t* size) 
         return registry_status::Success;
     if (room < *size)
         return registry_status::More_Data;
-    std::memcpy(data, value.Bytes.data(), value.Bytes.size());
+    std::copy(value.Bytes.begin(), value.Bytes.end(), data);
     return registry_status::Success;
 }
 
