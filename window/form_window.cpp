@@ -208,9 +208,8 @@ void Form_Window::Detach() {
 
 void Form_Window::Changed() {
     changed = true;
-    if (!std::exchange(scheduled, true))
-        QMetaObject::invokeMethod(
-            dialog.get(), [this] { Refresh(); }, Qt::QueuedConnection);
+    if (!at_next_turn.isActive())
+        at_next_turn.start(0);
 }
 
 void Form_Window::Refresh() {
