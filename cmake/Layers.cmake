@@ -10,7 +10,9 @@ target_compile_options(layer_options INTERFACE
     -Wall -Wextra -Wpedantic -Werror -Wconversion -Wsign-conversion
     $<IF:$<CXX_COMPILER_ID:GNU>,-Wshadow=local,-Wshadow>
     -Wnon-virtual-dtor -Woverloaded-virtual -Wold-style-cast -Wcast-qual -Wformat=2
-    -Wimplicit-fallthrough -fvisibility=hidden -fno-strict-overflow)
+    -Wimplicit-fallthrough -fno-strict-overflow
+    # Else a template's static object would keep a module from being unloaded.
+    $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>)
 if(STYLE_NODE_SANITIZE)
     target_compile_options(layer_options INTERFACE
         -fsanitize=${STYLE_NODE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
@@ -35,17 +37,21 @@ function(require_layers target)
     endforeach()
 endfunction()
 
-# layer(NAME SOURCES file... LAYERS layer... [EXTERNAL library...] [OTHER file...])
+# layer(NAME SOURCES file... LAYERS layer... [EXTERNAL library...] [OTHER file...] [PLATFORM])
 #   LAYERS    layers whose headers this one's public headers may include
 #   EXTERNAL  third-party libraries, used by the sources only
-#   OTHER     sources of the folder that belong to another target (generators)
+#   OTHER     sources of the folder that belong to another target (generators, modules)
+#   PLATFORM  a part of the shared library style_platform: others see its headers and link that library
 function(layer name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LAYERS;EXTERNAL;OTHER")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "PLATFORM" "" "SOURCES;LAYERS;EXTERNAL;OTHER")
     require_layers(${name} ${arg_LAYERS})
     require_all_sources(${name} ${arg_SOURCES} ${arg_OTHER})
-    if(arg_SOURCES)
+    if(arg_PLATFORM)
+        platform_layer(${name})
+    elseif(arg_SOURCES)
         add_library(${name} STATIC ${arg_SOURCES})
         target_include_directories(${name} PUBLIC include)
+        target_compile_options(${name} PRIVATE -fvisibility=hidden)
         target_link_libraries(${name} PUBLIC ${arg_LAYERS} Threads::Threads
                                       PRIVATE layer_options ${arg_EXTERNAL})
     else()
@@ -53,4 +59,38 @@ function(layer name)
         target_include_directories(${name} INTERFACE include)
         target_link_libraries(${name} INTERFACE ${arg_LAYERS})
     endif()
+endfunction()
+
+# The objects see the headers of the layers below, not the library that they become.
+macro(platform_layer name)
+    list(TRANSFORM arg_LAYERS APPEND _headers OUTPUT_VARIABLE headers)
+    add_library(${name}_headers INTERFACE)
+    target_include_directories(${name}_headers INTERFACE include)
+    target_link_libraries(${name}_headers INTERFACE ${headers})
+    add_library(${name}_objects OBJECT ${arg_SOURCES})
+    target_link_libraries(${name}_objects PRIVATE ${name}_headers layer_options ${arg_EXTERNAL})
+    add_library(${name} INTERFACE)
+    target_link_libraries(${name} INTERFACE ${name}_headers style_platform)
+    set_property(GLOBAL APPEND PROPERTY PLATFORM_LAYERS ${name})
+    set_property(GLOBAL APPEND PROPERTY PLATFORM_EXTERNAL ${arg_EXTERNAL})
+endmacro()
+
+# server_module(NAME SOURCES file... LAYERS layer...): an in-process server, which exports its four entry points
+# and nothing else. Nobody but its owner may write it, or it would not be loaded.
+function(server_module name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LAYERS")
+    require_layers(${name} ${arg_LAYERS})
+    set(map ${PROJECT_SOURCE_DIR}/cmake/server.map)
+    add_library(${name} MODULE ${arg_SOURCES})
+    target_compile_options(${name} PRIVATE -fvisibility=hidden)
+    target_link_libraries(${name} PRIVATE ${arg_LAYERS} layer_options)
+    # The sanitizers' own symbols come from the program.
+    target_link_options(${name} PRIVATE -Wl,--version-script=${map}
+                        $<$<NOT:$<BOOL:${STYLE_NODE_SANITIZE}>>:-Wl,-z,defs>)
+    set_target_properties(${name} PROPERTIES PREFIX "" LINK_DEPENDS ${map}
+                          LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/${MODULE_FOLDER}
+                          INSTALL_RPATH "$ORIGIN/..")
+    add_custom_command(TARGET ${name} POST_BUILD
+        COMMAND chmod go-w $<TARGET_FILE:${name}> $<TARGET_FILE_DIR:${name}> VERBATIM)
+    install(TARGETS ${name} LIBRARY DESTINATION ${MODULE_FOLDER})
 endfunction()

@@ -1,5 +1,6 @@
 #include "busyness_rules.h"
 
+#include "automation/create.h"
 #include "automation/number.h"
 
 namespace component {
@@ -53,40 +54,39 @@ void Busyness_Rules::Class_Terminate() {
     }
 }
 
-Status Busyness_Rules::Get_ErrLocation(Variant& Result) {
-    return automation::Guard(dialog::Component_Name, [&] { Result = Variant(state.Error_Location); });
+Status Busyness_Rules::Get_ErrLocation(automation::Text& Result) {
+    return Serve([&] { Result = automation::Text(state.Error_Location); });
 }
 
 Status Busyness_Rules::Get_ErrCode(Long& Result) {
-    Result = state.Error_Code;
-    return automation::Status_OK;
+    return Serve([&] { Result = state.Error_Code; });
 }
 
-Status Busyness_Rules::Get_ErrDescription(Variant& Result) {
-    return automation::Guard(dialog::Component_Name, [&] { Result = Variant(state.Error_Description); });
+Status Busyness_Rules::Get_ErrDescription(automation::Text& Result) {
+    return Serve([&] { Result = automation::Text(state.Error_Description); });
 }
 
 Status Busyness_Rules::Get_SupervisedType_Blind(Boolean& Result) {
-    Result = To_Boolean(state.Is_SupervisedType_Blind);
-    return automation::Status_OK;
+    return Serve([&] { Result = To_Boolean(state.Is_SupervisedType_Blind); });
 }
 
 Status Busyness_Rules::Put_SupervisedType_Blind(Boolean& Given_Is_SupervisedType_Blind) {
-    state.Is_SupervisedType_Blind = Given_Is_SupervisedType_Blind != False;
-    return automation::Status_OK;
+    return Serve([&] { state.Is_SupervisedType_Blind = Given_Is_SupervisedType_Blind != False; });
 }
 
 Status Busyness_Rules::Get_Editing_Default_Node(Boolean& Result) {
-    Result = To_Boolean(state.Is_Editing_Default_Node);
-    return automation::Status_OK;
+    return Serve([&] { Result = To_Boolean(state.Is_Editing_Default_Node); });
 }
 
 Status Busyness_Rules::Shown(Integer Config_ID, Integer Partition_ID, Integer Node_Number,
                              Integer Language_ID, Boolean Silent_Error, Boolean& Result) {
-    // The dialog drops its reference when it closes, maybe the last one while this call is on the stack.
-    const auto keep = automation::Reference<Busyness_Rules>::To(*this);
-    Result = To_Boolean(Run_Job(Config_ID, Partition_ID, Node_Number, Language_ID, Silent_Error != False));
-    return automation::Status_OK;
+    Result = False;
+    return Serve([&] {
+        // The dialog drops its reference when it closes, maybe the last one while this call is on the stack.
+        const auto keep = automation::Reference<Busyness_Rules>::To(*this);
+        Result =
+            To_Boolean(Run_Job(Config_ID, Partition_ID, Node_Number, Language_ID, Silent_Error != False));
+    });
 }
 
 bool Busyness_Rules::Run_Job(Integer config_id, Integer partition_id, Integer node_number,

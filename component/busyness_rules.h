@@ -5,6 +5,7 @@
 
 #include <memory>
 
+#include "automation/apartment.h"
 #include "data/editor_state.h"
 #include "style_node/busyness_rules.h"
 
@@ -24,9 +25,13 @@ public:
     Busyness_Rules() { Class_Initialize(); }
 
     // The public interface.
-    Status Get_ErrLocation(Variant& Result) override;
+    Status Get_Member_Identities(const Automation_Name* names, std::uint32_t count,
+                                 std::int32_t* identities) override;
+    Status Invoke(std::int32_t member, std::uint16_t kind, const Automation_Arguments* arguments,
+                  Automation_Variant* result, std::uint32_t* wrong_argument) override;
+    Status Get_ErrLocation(automation::Text& Result) override;
     Status Get_ErrCode(Long& Result) override;
-    Status Get_ErrDescription(Variant& Result) override;
+    Status Get_ErrDescription(automation::Text& Result) override;
     Status Get_SupervisedType_Blind(Boolean& Result) override;
     Status Put_SupervisedType_Blind(Boolean& Given_Is_SupervisedType_Blind) override;
     Status Get_Editing_Default_Node(Boolean& Result) override;
@@ -50,6 +55,15 @@ public:
     std::basic_string_view<unsigned char> Language_Picture(Long bitmap_id);
 
 private:
+    // A public member's body, on the object's own thread only.
+    template <typename Body>
+    Status Serve(Body&& body) const {
+        return automation::Guard(dialog::Component_Name, [&] {
+            apartment.Require();
+            body();
+        });
+    }
+
     ~Busyness_Rules() override { Class_Terminate(); }
     void Class_Initialize();
     void Class_Terminate();
@@ -75,6 +89,7 @@ private:
     void Show_Internal_Error();
     void Write_User_Log();
 
+    const automation::Apartment apartment;
     data::Editor_State state;
     std::weak_ptr<dialog::dlgGUI> shown_form;
 };

@@ -190,12 +190,12 @@ Long Busyness_Rules::Show_Box(const Variant& language, String_View text, Long ki
 // The box failed: its error becomes the record, as it stands.
 void Busyness_Rules::Copy_Box_Error() {
     const auto& box = state.Message_Box_Component;
-    Variant text;
+    automation::Text text;
     data::Call(box, &interfaces::Message_Box::Box_Error_Location, text);
-    state.Error_Location = text.To_Text();
+    state.Error_Location = text.View();
     data::Call(box, &interfaces::Message_Box::Box_Error_Code, state.Error_Code);
     data::Call(box, &interfaces::Message_Box::Box_Error_Description, text);
-    state.Error_Description = text.To_Text();
+    state.Error_Description = text.View();
 }
 
 } // namespace component

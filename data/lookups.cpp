@@ -1,5 +1,6 @@
 // The product's lookup lists: threshold types and node types, each text in the column of the editor's
 // language.
+#include "automation/number.h"
 #include "data/editor_state.h"
 
 namespace data {

@@ -1,4 +1,5 @@
 // Shows a node: its record in the fields common to all types, its detail record in the frame's fields.
+#include "automation/number.h"
 #include "records.h"
 
 namespace data {

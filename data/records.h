@@ -3,6 +3,7 @@
 
 #include <array>
 
+#include "automation/number.h"
 #include "data/editor_state.h"
 
 namespace data {

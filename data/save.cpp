@@ -1,5 +1,6 @@
 // Saves the shown node through the product's components, in a fixed order and without a transaction around
 // it: what was written before a failure stays written.
+#include "automation/number.h"
 #include "records.h"
 #include "shell/clock.h"
 
@@ -28,7 +29,7 @@ void Refuse_Label() {
 std::optional<String> Checked_Label(const String& label) {
     const auto checker = automation::Bind<interfaces::Label_Checker>(
         automation::Create_Object(interfaces::Label_Checker::Class_Identity));
-    bool allowed = false;
+    Automation_Boolean allowed = AUTOMATION_FALSE;
     Call(checker, &interfaces::Label_Checker::Is_Label_Allowed, Variant(label), allowed);
     if (!allowed) {
         Refuse_Label();

@@ -7,9 +7,9 @@ namespace dialog {
 
 namespace {
 
-std::shared_ptr<dlgGUI>& Instance() {
-    thread_local std::shared_ptr<dlgGUI> instance;
-    return instance;
+std::shared_ptr<toolkit::Form>& Instance() {
+    static const char form_class = 0;
+    return toolkit::Thread_Instance(&form_class);
 }
 
 // The five fields of a cadence or hook flash hold milliseconds, the other three counts or seconds.
@@ -64,7 +64,7 @@ std::shared_ptr<dlgGUI> dlgGUI::Default_Instance() {
     auto& instance = Instance();
     if (!instance || instance->Is_Gone())
         instance = std::make_shared<dlgGUI>();
-    return instance;
+    return std::static_pointer_cast<dlgGUI>(instance);
 }
 
 void dlgGUI::On_Discarded() {

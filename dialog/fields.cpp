@@ -1,6 +1,7 @@
 #include "dialog/fields.h"
 
 #include "automation/number.h"
+#include "automation/text.h"
 
 namespace dialog {
 

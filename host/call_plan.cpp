@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "automation/text.h"
 #include "host/decimal.h"
 #include "interfaces/product_components.h"
 #include "text_file.h"

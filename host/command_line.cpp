@@ -3,7 +3,7 @@
 #include <CLI/CLI.hpp>
 
 #include "host/decimal.h"
-#include "stores/store.h"
+#include "interfaces/store_keeper.h"
 
 namespace host {
 
@@ -67,12 +67,18 @@ struct Parser {
     bool Window = false;
     CLI::App* Editing = App.add_subcommand("edit", "Open the editor in a window");
     CLI::App* Playing = App.add_subcommand("play", "Run an editing script");
+    Register_Command Registration;
+    List_Command List;
+    CLI::App* Registering = App.add_subcommand("register", "Register the classes of modules");
+    CLI::App* Unregistering = App.add_subcommand("unregister", "Take the classes of modules back");
+    CLI::App* Listing = App.add_subcommand("list", "List registered classes, or say why one is not found");
     CLI::App* Storing = App.add_subcommand("store", "Look after a store");
     CLI::App* Initialising = Storing->add_subcommand("init", "Create the store's tables and its sample data");
 
     Parser() {
         App.set_help_flag("--help", "Print this help");
-        for (CLI::App* command : {Editing, Playing, Storing, Initialising})
+        for (CLI::App* command :
+             {Editing, Playing, Storing, Initialising, Registering, Unregistering, Listing})
             command->set_help_flag("--help", "Print this help");
         App.set_version_flag("--version", "style-editor " STYLE_EDITOR_VERSION);
         App.require_subcommand(0, 1);
@@ -80,6 +86,9 @@ struct Parser {
         Add_Edit();
         Add_Play();
         Add_Init();
+        Add_Registration(*Registering);
+        Add_Registration(*Unregistering);
+        Listing->add_option("PROGID", List.Classes, "Explain these classes instead");
     }
 
     void Add_Edit() {
@@ -99,13 +108,18 @@ struct Parser {
         Playing->add_flag("--window", Window, "Not available in this build");
     }
 
+    void Add_Registration(CLI::App& app) {
+        app.add_option("MODULE", Registration.Modules, "The module's file, by its absolute path")->required();
+        app.add_flag("--machine", Registration.Machine, "For every user of the machine; without it for you");
+    }
+
     void Add_Init() {
         Store_Option(*Initialising, Init.Store);
-        Number_Option<int>(*Initialising, "--nodes", Init.Nodes, 0, stores::Most_Nodes,
+        Number_Option<int>(*Initialising, "--nodes", Init.Nodes, 0, interfaces::Most_Nodes,
                            "Make the default node and nodes 1 to N instead of the sample's");
     }
 
-    Command_Line Parsed() const {
+    Command_Line Parsed() {
         if (Window)
             throw Usage_Error("--window is not available: this build has no window player; leave it out");
         if (*Editing)
@@ -114,7 +128,13 @@ struct Parser {
             return Play;
         if (*Initialising)
             return Init;
-        throw Usage_Error("say what to do: edit, play SCRIPT or store init; see style-editor --help");
+        Registration.Removes = static_cast<bool>(*Unregistering);
+        if (*Registering || *Unregistering)
+            return Registration;
+        if (*Listing)
+            return List;
+        throw Usage_Error("say what to do: edit, play SCRIPT, store init, register, unregister or list; see "
+                          "style-editor --help");
     }
 };
 

@@ -1,6 +1,6 @@
 #include "host/job.h"
 
-#include "automation/class_table.h"
+#include "automation/create.h"
 
 namespace host {
 
@@ -8,7 +8,6 @@ namespace {
 
 using automation::Check;
 using automation::Status;
-using automation::Variant;
 using style_node::_Busyness_Rules;
 
 template <typename Value>
@@ -31,9 +30,9 @@ Job_Outcome Run_Job(const Editor& editor, const Job& job) {
                        job.Silent_Error ? style_node::True : style_node::False, shown));
     Job_Outcome outcome;
     outcome.Shown = shown != style_node::False;
-    outcome.Error_Location = Read(object, &_Busyness_Rules::Get_ErrLocation).To_Text();
+    outcome.Error_Location = Read(object, &_Busyness_Rules::Get_ErrLocation).View();
     outcome.Error_Code = Read(object, &_Busyness_Rules::Get_ErrCode);
-    outcome.Error_Description = Read(object, &_Busyness_Rules::Get_ErrDescription).To_Text();
+    outcome.Error_Description = Read(object, &_Busyness_Rules::Get_ErrDescription).View();
     outcome.Editing_Default_Node =
         Read(object, &_Busyness_Rules::Get_Editing_Default_Node) != style_node::False;
     outcome.SupervisedType_Blind =

@@ -1,13 +1,18 @@
 #include "host/program.h"
 
 #include <iterator>
+#include <optional>
 
-#include "dialog/dlg_gui.h"
+#include "automation/create.h"
+#include "automation/text.h"
 #include "host/box_reporter.h"
 #include "host/script_player.h"
 #include "host/setup.h"
+#include "own_modules.h"
+#include "registering.h"
+#include "style_node/control_names.h"
 #include "text_file.h"
-#include "window/qt_display.h"
+#include "toolkit/display_source.h"
 
 namespace host {
 
@@ -29,14 +34,6 @@ void Complain(const Streams& streams, const std::string& message) {
     streams.Errors << "style-editor: " << message << std::endl;
 }
 
-std::vector<String> Control_Names() {
-    const auto form = std::make_shared<dialog::dlgGUI>(); // never loaded
-    std::vector<String> names;
-    for (const toolkit::Control* control : form->Controls())
-        names.push_back(control->Name());
-    return names;
-}
-
 std::string Script_Text(const std::string& name, std::istream& standard_input) try {
     if (name == "-")
         return {std::istreambuf_iterator<char>(standard_input), {}};
@@ -46,52 +43,62 @@ std::string Script_Text(const std::string& name, std::istream& standard_input) t
 }
 
 std::vector<Command> Load_Script(const std::string& name, std::istream& standard_input) try {
-    return Parse_Script(Script_Text(name, standard_input), Control_Names());
+    return Parse_Script(Script_Text(name, standard_input),
+                        {std::begin(style_node::Control_Names), std::end(style_node::Control_Names)});
 } catch (const Script_Error& error) {
     throw Usage_Error((name == "-" ? "standard input" : name) + ", " + error.what());
 }
 
-// The window system, for a run that needs it. It is given the program's name alone: its own options are not
-// offered.
-class Window {
+// One line about a failure of the editor's surroundings, for a person.
+std::string Explanation(const automation::Failure& failure) {
+    return automation::To_UTF8(failure.Reason.empty() ? failure.Description : failure.Reason);
+}
+
+// Draws the dialog into a file whenever the script has done a step. What goes wrong is kept: it is no error
+// of the component that is on the stack.
+class Painter {
 public:
-    explicit Window(const std::string& program) : name(program), names{name.data(), nullptr} {}
-    toolkit::Display& Open() {
-        display = window::Create_Qt_Display(count, names);
-        return *display;
+    explicit Painter(const std::string& path) : path(automation::From_UTF8_Replacing(path)) {}
+
+    void Paint(toolkit::Form& form) {
+        try {
+            if (!source)
+                source = automation::Create_Bound<toolkit::Display_Source>(
+                    toolkit::Display_Source::Program_Identity);
+            automation::Check(source->Save_Picture(form, path));
+        } catch (const automation::Failure& failure) {
+            problem = Explanation(failure);
+        }
+    }
+    void Check() const {
+        if (!problem.empty())
+            throw Start_Error(problem);
     }
 
 private:
-    std::string name;
-    char* names[2];
-    int count = 1;
-    std::unique_ptr<toolkit::Display> display;
+    const automation::Variant path;
+    automation::Reference<toolkit::Display_Source> source;
+    std::string problem;
 };
 
-int Run(const Play_Command& command, const std::string& program, const Streams& streams) {
+int Run(const Play_Command& command, const Streams& streams) {
     auto script = Load_Script(command.Script, streams.In);
     Transcript transcript(streams.Out);
-    Setup(command.Common, transcript).Start();
+    Setup setup(command.Common, transcript);
+    setup.Start();
     Script_Display script_display;
     Box_Reporter display(script_display, transcript);
     const Installed_Display installed(display);
     Script_Player player(script_display, transcript);
-    Window window(program);
-    std::string picture_problem;
+    std::optional<Painter> painter;
     if (command.Picture) {
-        window.Open();
-        player.On_Step = [&](toolkit::Form& form) {
-            try {
-                window::Save_Picture(form, *command.Picture);
-            } catch (const window::Cannot_Show& error) { // not an error of the component that is on the stack
-                picture_problem = error.what();
-            }
-        };
+        painter.emplace(*command.Picture);
+        player.On_Step = [&](toolkit::Form& form) { painter->Paint(form); };
     }
     if (!player.Run(std::move(script)))
         throw Start_Error("the dialog stayed up when the script had ended; let the script close it");
-    if (!picture_problem.empty())
-        throw Start_Error(picture_problem);
+    if (painter)
+        painter->Check();
     if (!streams.Out)
         throw Start_Error("the transcript could not be written; check where standard output goes");
     return status::OK;
@@ -106,31 +113,40 @@ int Report(const Job_Outcome& outcome, const Streams& streams) {
     return status::Shown_Failed;
 }
 
-int Run(const Edit_Command& command, const std::string& program, const Streams& streams) {
+int Run(const Edit_Command& command, const Streams& streams) {
     Transcript transcript(streams.Out);
     Setup setup(command.Common, transcript);
-    Window window(program);
-    toolkit::Display& display = window.Open();
+    Offer_Own_Modules();
+    const auto display = toolkit::Open_Display();
     setup.Start();
-    Box_Reporter reporter(display, transcript);
-    const Installed_Display installed(command.Common.Trace ? reporter : display);
+    Box_Reporter reporter(*display, transcript);
+    const Installed_Display installed(command.Common.Trace ? reporter : *display);
     return Report(Run_Job(Create_Editor(), command.Wanted), streams);
 }
 
-int Run(const Store_Init_Command& command, const std::string&, const Streams& streams) {
+int Run(const Store_Init_Command& command, const Streams& streams) {
     const std::string name = Create_Store(command);
     streams.Out << "created the store " << name << std::endl;
     return status::OK;
 }
 
-int Run(const Information& information, const std::string&, const Streams& streams) {
+int Run(const Register_Command& command, const Streams& streams) {
+    Register(command, streams.Out);
+    return status::OK;
+}
+
+int Run(const List_Command& command, const Streams& streams) {
+    return List(command, streams.Out) ? status::OK : status::Class_Not_Found;
+}
+
+int Run(const Information& information, const Streams& streams) {
     streams.Out << information.Text << std::flush;
     return status::OK;
 }
 
 int Run_Command(const std::vector<std::string>& arguments, const Streams& streams) {
     const std::vector<std::string> options(arguments.begin() + 1, arguments.end());
-    return std::visit([&](const auto& command) { return Run(command, arguments.front(), streams); },
+    return std::visit([&](const auto& command) { return Run(command, streams); },
                       Parse_Command_Line(options));
 }
 
@@ -140,7 +156,8 @@ int Failed(const Streams& streams) try { throw; } catch (const Usage_Error& erro
     return status::Wrong_Usage;
 } catch (const automation::Failure& failure) {
     Complain(streams, "the editor component cannot be used: " + automation::To_UTF8(failure.Description) +
-                          " (" + std::to_string(failure.Number) + ")");
+                          " (" + std::to_string(failure.Number) + ")" +
+                          (failure.Reason.empty() ? "" : "; " + automation::To_UTF8(failure.Reason)));
     return status::Cannot_Start;
 } catch (const std::exception& error) {
     Complain(streams, error.what());

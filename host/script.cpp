@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "automation/text.h"
 #include "script_arguments.h"
 #include "shell/quoted_text.h"
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <span>
 
+#include "automation/text.h"
 #include "host/decimal.h"
 #include "toolkit/user_input.h"
 

@@ -1,17 +1,15 @@
 #include "host/setup.h"
 
-#include "component/register.h"
 #include "host/component_proxies.h"
-#include "resources/resources.h"
+#include "own_modules.h"
 #include "shell/registry.h"
+#include "shell/replaced_strings.h"
 #include "shell/special_folders.h"
 #include "store_choice.h"
-#include "stores/store.h"
 
 namespace host {
 
 Setup::Setup(const Common_Options& options, Transcript& transcript) : options(options) {
-    component::Register_Classes();
     if (options.Trace)
         plan->Trace(transcript);
     for (const std::string& failure : options.Failures)
@@ -20,9 +18,15 @@ Setup::Setup(const Common_Options& options, Transcript& transcript) : options(op
         Require_Known_Class(name);
 }
 
+Setup::~Setup() {
+    Remove_Proxies();
+    Close_Store();
+}
+
 void Setup::Start() {
     Read_Files();
-    stores::Register_Classes(Open_Store(options.Store));
+    Offer_Own_Modules();
+    Open_Store(options.Store);
     if (!plan->Is_Idle())
         Install_Proxies(plan);
     for (const std::string& name : options.Missing)
@@ -34,7 +38,7 @@ void Setup::Read_Files() {
         plan->Add_Reply(reply);
     try {
         if (options.Strings)
-            resources::Replace_Strings(shell::String_Table::Load(*options.Strings));
+            shell::Replace_Strings(shell::String_Table::Load(*options.Strings));
         if (options.Registry)
             shell::Load_Hive(*options.Registry);
     } catch (const shell::Format_Error& error) {

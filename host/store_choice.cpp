@@ -1,64 +1,59 @@
 #include "store_choice.h"
 
-#include <cstdlib>
-#include <filesystem>
-
+#include "automation/create.h"
+#include "automation/text.h"
 #include "host/setup.h"
+#include "interfaces/store_keeper.h"
+#include "own_modules.h"
 
 namespace host {
 
 namespace {
 
-using stores::Store;
-using stores::Store_Error;
+using automation::Variant;
+using interfaces::Store_Keeper;
 
-// A relative path in XDG_DATA_HOME does not count.
-std::filesystem::path Data_Folder() {
-    if (const char* data = std::getenv("XDG_DATA_HOME"); data && *data == '/')
-        return data;
-    if (const char* home = std::getenv("HOME"); home && *home == '/')
-        return std::filesystem::path(home) / ".local" / "share";
-    throw Start_Error("there is no home folder for your own store; set HOME or name a store with --store");
+[[noreturn]] void Give_Up(const automation::Failure& failure) {
+    throw Start_Error(automation::To_UTF8(failure.Reason.empty() ? failure.Description : failure.Reason));
 }
 
-std::string Own_Store() {
-    return "sqlite:" + (Data_Folder() / "style-editor" / "store.db").string();
-}
-
-std::shared_ptr<Store> Open_Or_Create(const std::string& name) {
-    try {
-        return Store::Open(name);
-    } catch (const Store_Error& error) {
-        if (error.Why != Store_Error::Reason::Missing)
-            throw;
-    }
-    try {
-        return Store::Create(name);
-    } catch (const Store_Error& error) {
-        if (error.Why != Store_Error::Reason::Already_There) // another run was faster
-            throw;
-    }
-    return Store::Open(name);
+Variant Location(const std::optional<std::string>& name) {
+    return name ? Variant(automation::From_UTF8_Replacing(*name)) : Variant();
 }
 
 } // namespace
 
-std::shared_ptr<Store> Open_Store(const std::optional<std::string>& name) {
+void Open_Store(const std::optional<std::string>& name) {
     try {
-        return name ? Store::Open(*name) : Open_Or_Create(Own_Store());
-    } catch (const Store_Error& error) {
-        throw Start_Error(error.what());
+        const auto keeper = automation::Create_Bound<Store_Keeper>(Store_Keeper::Program_Identity);
+        automation::Check(keeper->Open(Location(name)));
+    } catch (const automation::Failure& failure) {
+        if (name || failure.Number != automation::run_time::Cannot_Create_Object)
+            Give_Up(failure);
+    }
+}
+
+void Close_Store() noexcept {
+    try {
+        Automation_Boolean closed = AUTOMATION_FALSE;
+        const auto keeper = automation::Create_Bound<Store_Keeper>(Store_Keeper::Program_Identity);
+        automation::Check(keeper->Close(closed));
+    } catch (const automation::Failure&) {
+        // There are no stand-ins.
     }
 }
 
 std::string Create_Store(const Store_Init_Command& command) {
-    std::string name = command.Store ? *command.Store : Own_Store();
     try {
-        Store::Create(name, command.Nodes);
-    } catch (const Store_Error& error) {
-        throw Start_Error(error.what());
+        Offer_Own_Modules();
+        const auto keeper = automation::Create_Bound<Store_Keeper>(Store_Keeper::Program_Identity);
+        automation::Text name;
+        automation::Check(
+            keeper->Create(Location(command.Store), command.Nodes.value_or(interfaces::Sample_Nodes), name));
+        return automation::To_UTF8(name.View());
+    } catch (const automation::Failure& failure) {
+        Give_Up(failure);
     }
-    return name;
 }
 
 } // namespace host

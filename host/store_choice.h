@@ -1,16 +1,15 @@
 // Which store a run works on.
 #pragma once
 
-#include <memory>
 #include <optional>
 #include <string>
 
-#include "stores/store.h"
-
 namespace host {
 
-// The store of that name; without one, the user's own, which is made with sample data when it is missing.
-// Throws Start_Error.
-std::shared_ptr<stores::Store> Open_Store(const std::optional<std::string>& name);
+// Lets the stand-ins of the product's components work on the store of that name, or on the user's own. Does
+// nothing without stand-ins when no name is given: the product's own components know their store. Throws
+// Start_Error.
+void Open_Store(const std::optional<std::string>& name);
+void Close_Store() noexcept;
 
 } // namespace host

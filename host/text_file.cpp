@@ -4,6 +4,7 @@
 #include <fstream>
 #include <iterator>
 
+#include "automation/text.h"
 #include "host/errors.h"
 
 namespace host {

@@ -1,5 +1,7 @@
 #include "host/transcript.h"
 
+#include "automation/text.h"
+
 #include <nlohmann/json.hpp>
 
 namespace host {

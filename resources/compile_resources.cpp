@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "resources/resources.h"
+#include "shell/string_table.h"
 #include "shell/file_bytes.h"
 
 namespace {

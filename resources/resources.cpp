@@ -1,11 +1,11 @@
 #include "resources/resources.h"
 
 #include <algorithm>
-#include <memory>
-#include <mutex>
+#include <optional>
 
-#include "automation/failure.h"
+#include "automation/number.h"
 #include "embedded.h"
+#include "shell/replaced_strings.h"
 
 namespace resources {
 
@@ -13,19 +13,6 @@ using automation::Long;
 using automation::String;
 
 namespace {
-
-std::mutex replacement_lock;
-std::shared_ptr<const shell::String_Table> replacement; // null: the built-in table
-
-void Set_Replacement(std::shared_ptr<const shell::String_Table> table) {
-    const std::lock_guard guard(replacement_lock);
-    replacement = std::move(table);
-}
-
-std::shared_ptr<const shell::String_Table> Replacement() {
-    const std::lock_guard guard(replacement_lock);
-    return replacement;
-}
 
 // Null when the list has no such id.
 template <typename Entry>
@@ -36,7 +23,7 @@ const Entry* Find(std::span<const Entry> list, Long id) {
 }
 
 std::optional<String> Find_Text(Long id) {
-    if (const auto table = Replacement()) {
+    if (const auto table = shell::Replaced_Strings()) {
         const String* text = table->Find(id);
         return text != nullptr ? std::optional(*text) : std::nullopt;
     }
@@ -50,14 +37,6 @@ String Load_String(Long id) {
     if (auto text = Find_Text(id))
         return std::move(*text);
     automation::Raise_Missing_Resource(id);
-}
-
-void Replace_Strings(shell::String_Table table) {
-    Set_Replacement(std::make_shared<const shell::String_Table>(std::move(table)));
-}
-
-void Restore_Strings() {
-    Set_Replacement(nullptr);
 }
 
 std::basic_string_view<unsigned char> Load_Picture(Long id) {

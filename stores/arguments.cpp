@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <charconv>
 
+#include "automation/text.h"
 #include "components.h"
 #include "database.h"
 

@@ -5,18 +5,6 @@ namespace stores {
 namespace {
 
 using automation::Identity;
-using automation::String_View;
-
-void Register(String_View program_identity, const Identity& class_identity,
-              std::function<New_Object()> create) {
-    automation::Register_Class({automation::String(program_identity), class_identity, std::move(create)});
-}
-
-template <typename Interface>
-void Register_On(const Shared_Store& store, const Identity& class_identity,
-                 New_Object (*make)(const Shared_Store&)) {
-    Register(Interface::Program_Identity, class_identity, [store, make] { return make(store); });
-}
 
 constexpr Identity SR_Class{0x918DADF0, 0xF1BD, 0x457F, {0xB9, 0x1F, 0x49, 0xC0, 0x1F, 0x40, 0x51, 0xFE}};
 constexpr Identity NODES_Class{0xF7D2CA46, 0x600A, 0x4BA4, {0x8F, 0xEB, 0xD4, 0xE5, 0xC3, 0x00, 0x4B, 0x20}};
@@ -31,19 +19,25 @@ constexpr Identity INSNODES_Class{
 constexpr Identity Message_Box_Class{
     0xC8AB12E0, 0x12AB, 0x4B3F, {0x86, 0x7C, 0x12, 0xEB, 0x32, 0xA8, 0xEA, 0x2A}};
 
+const automation::Server_Class Served[] = {
+    {interfaces::SR::Program_Identity.data(), SR_Class, Make_SR},
+    {interfaces::NODES::Program_Identity.data(), NODES_Class, Make_NODES},
+    {interfaces::DETAIL::Program_Identity.data(), DETAIL_Class, Make_DETAIL},
+    {interfaces::CONFIG::Program_Identity.data(), CONFIG_Class, Make_CONFIG},
+    {interfaces::UDNODES::Program_Identity.data(), UDNODES_Class, Make_UDNODES},
+    {interfaces::DELNODES::Program_Identity.data(), DELNODES_Class, Make_DELNODES},
+    {interfaces::INSNODES::Program_Identity.data(), INSNODES_Class, Make_INSNODES},
+    {interfaces::Message_Box::Program_Identity.data(), Message_Box_Class, Make_Message_Box},
+    {interfaces::Label_Checker::Program_Identity.data(), interfaces::Label_Checker::Class_Identity,
+     Make_Label_Checker},
+    {interfaces::Store_Keeper::Program_Identity.data(), interfaces::Store_Keeper::Class_Identity,
+     Make_Store_Keeper},
+};
+
 } // namespace
 
-void Register_Classes(const Shared_Store& store) {
-    Register_On<interfaces::SR>(store, SR_Class, Make_SR);
-    Register_On<interfaces::NODES>(store, NODES_Class, Make_NODES);
-    Register(interfaces::DETAIL::Program_Identity, DETAIL_Class, Make_DETAIL);
-    Register_On<interfaces::CONFIG>(store, CONFIG_Class, Make_CONFIG);
-    Register_On<interfaces::UDNODES>(store, UDNODES_Class, Make_UDNODES);
-    Register_On<interfaces::DELNODES>(store, DELNODES_Class, Make_DELNODES);
-    Register_On<interfaces::INSNODES>(store, INSNODES_Class, Make_INSNODES);
-    Register(interfaces::Message_Box::Program_Identity, Message_Box_Class, Make_Message_Box);
-    Register(interfaces::Label_Checker::Program_Identity, interfaces::Label_Checker::Class_Identity,
-             Make_Label_Checker);
+std::span<const automation::Server_Class> Classes() {
+    return Served;
 }
 
 } // namespace stores

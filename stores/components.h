@@ -5,8 +5,9 @@
 #include <initializer_list>
 #include <memory>
 
-#include "automation/class_table.h"
+#include "automation/apartment.h"
 #include "interfaces/product_components.h"
+#include "interfaces/store_keeper.h"
 #include "stores/store.h"
 
 namespace stores {
@@ -25,16 +26,38 @@ std::vector<Value> Values_Of(std::initializer_list<const automation::Variant*> k
                              std::initializer_list<const automation::Variant*> texts = {});
 
 using Shared_Store = std::shared_ptr<Store>;
+
+// The store that components are created on: the one in use, or else the user's own, which is opened and, when
+// it is missing, made. Throws automation::Failure.
+Shared_Store Current_Store();
+
+// Every component belongs to the thread that created it.
+template <typename Interface>
+class Component : public automation::Object<Interface> {
+protected:
+    template <typename Body>
+    automation::Status Serve(Body&& body) const {
+        return automation::Guard(Interface::Program_Identity, [&] {
+            apartment.Require();
+            body();
+        });
+    }
+
+private:
+    const automation::Apartment apartment;
+};
+
 using New_Object = automation::Reference<automation::Unknown>;
 
-New_Object Make_SR(const Shared_Store& store);
-New_Object Make_NODES(const Shared_Store& store);
+New_Object Make_SR();
+New_Object Make_NODES();
 New_Object Make_DETAIL();
-New_Object Make_CONFIG(const Shared_Store& store);
-New_Object Make_UDNODES(const Shared_Store& store);
-New_Object Make_DELNODES(const Shared_Store& store);
-New_Object Make_INSNODES(const Shared_Store& store);
+New_Object Make_CONFIG();
+New_Object Make_UDNODES();
+New_Object Make_DELNODES();
+New_Object Make_INSNODES();
 New_Object Make_Message_Box();
 New_Object Make_Label_Checker();
+New_Object Make_Store_Keeper();
 
 } // namespace stores

@@ -2,6 +2,7 @@
 
 #include <soci/sqlite3/soci-sqlite3.h>
 
+#include "automation/text.h"
 #include "store_file.h"
 #include "stores/store.h"
 

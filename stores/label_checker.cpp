@@ -4,22 +4,22 @@ namespace stores {
 
 namespace {
 
-using automation::Guard;
 using automation::Status;
 using automation::String;
 using automation::Variant;
 
 // Refuses double quotes and two or more single quotes in a row; stores every other label as it is.
-class Label_Checker final : public automation::Object<interfaces::Label_Checker> {
+class Label_Checker final : public Component<interfaces::Label_Checker> {
 public:
-    Status Is_Label_Allowed(const Variant& Label, bool& Allowed) override {
-        return Guard(Program_Identity, [&] {
+    Status Is_Label_Allowed(const Variant& Label, Automation_Boolean& Allowed) override {
+        return Serve([&] {
             const String label = Label.To_Text();
-            Allowed = label.find(u'"') == String::npos && label.find(u"''") == String::npos;
+            const bool allowed = label.find(u'"') == String::npos && label.find(u"''") == String::npos;
+            Allowed = allowed ? AUTOMATION_TRUE : AUTOMATION_FALSE;
         });
     }
     Status Prepare_Label(const Variant& Label, Variant& Result) override {
-        return Guard(Program_Identity, [&] { Result = Variant(Label.To_Text()); });
+        return Serve([&] { Result = Variant(Label.To_Text()); });
     }
 };
 

@@ -5,28 +5,26 @@ namespace stores {
 
 namespace {
 
-using automation::Guard;
 using automation::Long;
 using automation::Status;
 using automation::String;
 using automation::Variant;
 
 // Shows the product's boxes on the calling thread's Display.
-class Message_Box final : public automation::Object<interfaces::Message_Box> {
+class Message_Box final : public Component<interfaces::Message_Box> {
 public:
-    Status Box_Error_Location(Variant& Result) override {
-        return Guard(Program_Identity, [&] { Result = Variant(error_location); });
+    Status Box_Error_Location(automation::Text& Result) override {
+        return Serve([&] { Result = automation::Text(error_location); });
     }
     Status Box_Error_Code(Long& Result) override {
-        Result = error_code;
-        return automation::Status_OK;
+        return Serve([&] { Result = error_code; });
     }
-    Status Box_Error_Description(Variant& Result) override {
-        return Guard(Program_Identity, [&] { Result = Variant(error_description); });
+    Status Box_Error_Description(automation::Text& Result) override {
+        return Serve([&] { Result = automation::Text(error_description); });
     }
     Status Show_Box(const Variant& Language, const Variant& Text, const Variant& Kind, const Variant& Buttons,
                     const Variant& Title, Long& Answer) override {
-        return Guard(Program_Identity, [&] {
+        return Serve([&] {
             toolkit::Message message;
             message.By_Product = true;
             message.Language = Language.To_Long();

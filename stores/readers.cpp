@@ -9,8 +9,6 @@ namespace stores {
 
 namespace {
 
-using automation::Guard;
-using automation::Object;
 using automation::Status;
 using automation::Variant;
 using recordset::Field_Description;
@@ -27,19 +25,17 @@ Variant Recordset_Of(const Store& store, const std::string& sql, const Values& k
     return Variant(std::move(writer).Finish());
 }
 
-class SR_Reader final : public Object<interfaces::SR> {
+class SR_Reader final : public Component<interfaces::SR> {
 public:
-    explicit SR_Reader(Shared_Store opened) : store(std::move(opened)) {}
-
     Status Get_All_Node_Types(Variant& Result) override {
-        return Guard(Program_Identity, [&] {
+        return Serve([&] {
             Result = Recordset_Of(*store,
                                   "SELECT id, language_1, language_2 FROM node_type ORDER BY list_position",
                                   {}, {{u"ID"}, {u"Language1"}, {u"Language2"}});
         });
     }
     Status Get_All_Threshold_Types(Variant& Result) override {
-        return Guard(Program_Identity, [&] {
+        return Serve([&] {
             Result = Recordset_Of(*store,
                                   "SELECT threshold_type_id, language_1, language_2 FROM threshold_type "
                                   "ORDER BY list_position",
@@ -48,7 +44,7 @@ public:
     }
 
 private:
-    Shared_Store store;
+    const Shared_Store store = Current_Store();
 };
 
 // The default node comes first, the others in ascending order.
@@ -58,10 +54,8 @@ constexpr const char* Select_Nodes =
     "FROM style_node WHERE config_id = :config AND partition_id = :partition "
     "ORDER BY CASE WHEN node_number = 0 THEN 0 ELSE 1 END, node_number";
 
-class NODES_Reader final : public Object<interfaces::NODES> {
+class NODES_Reader final : public Component<interfaces::NODES> {
 public:
-    explicit NODES_Reader(Shared_Store opened) : store(std::move(opened)) {}
-
     Status Get_Full_Detail(const Variant& Config_ID, const Variant& Partition_ID, const Variant& Node_Number,
                            Variant& Result) override {
         return Get_Detail(Full_Detail, Config_ID, Partition_ID, Node_Number, Result);
@@ -79,7 +73,7 @@ public:
         return Get_Detail(DialContinue_Detail, Config_ID, Partition_ID, Node_Number, Result);
     }
     Status Get_Style_Nodes(const Variant& Config_ID, const Variant& Partition_ID, Variant& Result) override {
-        return Guard(Program_Identity, [&] {
+        return Serve([&] {
             Result = Recordset_Of(*store, Select_Nodes, Values_Of({&Config_ID, &Partition_ID}),
                                   {{u"NodeNumber", recordset::Field_Type::Integer},
                                    {u"NodeDescription"},
@@ -94,7 +88,7 @@ public:
 private:
     Status Get_Detail(const Detail_Table& table, const Variant& config, const Variant& partition,
                       const Variant& node, Variant& result) {
-        return Guard(Program_Identity, [&] {
+        return Serve([&] {
             const std::string sql = "SELECT " + Detail_Columns(table) + " FROM " + table.Name +
                                     " WHERE config_id = :config AND partition_id = :partition "
                                     "AND node_number = :node";
@@ -110,17 +104,15 @@ private:
         });
     }
 
-    Shared_Store store;
+    const Shared_Store store = Current_Store();
 };
 
-class DETAIL_Reader final : public Object<interfaces::DETAIL> {};
+class DETAIL_Reader final : public Component<interfaces::DETAIL> {};
 
-class CONFIG_Reader final : public Object<interfaces::CONFIG> {
+class CONFIG_Reader final : public Component<interfaces::CONFIG> {
 public:
-    explicit CONFIG_Reader(Shared_Store opened) : store(std::move(opened)) {}
-
     Status Get_Configuration_Info(Variant& Result) override {
-        return Guard(Program_Identity, [&] {
+        return Serve([&] {
             Result = Recordset_Of(*store,
                                   "SELECT product_name, system_number, site_name, site_number, "
                                   "product_version, release_number FROM configuration ORDER BY list_position",
@@ -135,25 +127,25 @@ public:
     }
 
 private:
-    Shared_Store store;
+    const Shared_Store store = Current_Store();
 };
 
 } // namespace
 
-New_Object Make_SR(const Shared_Store& store) {
-    return automation::Make_Object<SR_Reader>(store);
+New_Object Make_SR() {
+    return automation::Make_Object<SR_Reader>();
 }
 
-New_Object Make_NODES(const Shared_Store& store) {
-    return automation::Make_Object<NODES_Reader>(store);
+New_Object Make_NODES() {
+    return automation::Make_Object<NODES_Reader>();
 }
 
 New_Object Make_DETAIL() {
     return automation::Make_Object<DETAIL_Reader>();
 }
 
-New_Object Make_CONFIG(const Shared_Store& store) {
-    return automation::Make_Object<CONFIG_Reader>(store);
+New_Object Make_CONFIG() {
+    return automation::Make_Object<CONFIG_Reader>();
 }
 
 } // namespace stores

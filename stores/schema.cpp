@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "automation/number.h"
+#include "automation/text.h"
 #include "stores/store.h"
 
 namespace stores {

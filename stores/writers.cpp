@@ -6,8 +6,6 @@ namespace stores {
 
 namespace {
 
-using automation::Guard;
-using automation::Object;
 using automation::Status;
 using automation::Variant;
 
@@ -15,16 +13,14 @@ void Write(const Store& store, const std::string& sql, const Values& values) {
     store.Data().Operate([&](soci::session& session) { Statement(session, sql).Run(values); });
 }
 
-class UDNODES_Updater final : public Object<interfaces::UDNODES> {
+class UDNODES_Updater final : public Component<interfaces::UDNODES> {
 public:
-    explicit UDNODES_Updater(Shared_Store opened) : store(std::move(opened)) {}
-
     Status Update_Style_Node(const Variant& Config_ID, const Variant& Partition_ID,
                              const Variant& Node_Number, const Variant& Hookflash,
                              const Variant& Threshold_Type_ID, const Variant& Transfer,
                              const Variant& Disconnection, const Variant& Supervise_Caption,
                              const Variant& Supervise_ID, const Variant& Label) override {
-        return Guard(Program_Identity, [&] {
+        return Serve([&] {
             Write(*store,
                   "UPDATE style_node SET hookflash = :hookflash, threshold_type_id = :threshold, "
                   "transfer = :transfer, disconnection = :disconnection, supervise_caption = :caption, "
@@ -38,7 +34,7 @@ public:
     Status Update_Node_Entry(const Variant& Label, const Variant& Changed, const Variant& Config_ID,
                              const Variant& Partition_ID, const Variant& Node_Type_ID,
                              const Variant& Node_Number) override {
-        return Guard(Program_Identity, [&] {
+        return Serve([&] {
             Write(*store,
                   "UPDATE node_entry SET label = :label, changed = :changed "
                   "WHERE config_id = :config AND partition_id = :partition AND node_type_id = :type "
@@ -49,13 +45,11 @@ public:
     }
 
 private:
-    Shared_Store store;
+    const Shared_Store store = Current_Store();
 };
 
-class DELNODES_Deleter final : public Object<interfaces::DELNODES> {
+class DELNODES_Deleter final : public Component<interfaces::DELNODES> {
 public:
-    explicit DELNODES_Deleter(Shared_Store opened) : store(std::move(opened)) {}
-
     Status Delete_Full_Detail(const Variant& Config_ID, const Variant& Partition_ID,
                               const Variant& Node_Number) override {
         return Delete(Full_Detail, {&Config_ID, &Partition_ID, &Node_Number});
@@ -75,7 +69,7 @@ public:
 
 private:
     Status Delete(const Detail_Table& table, std::initializer_list<const Variant*> keys) {
-        return Guard(Program_Identity, [&] {
+        return Serve([&] {
             Write(*store,
                   std::string("DELETE FROM ") + table.Name +
                       " WHERE config_id = :config AND partition_id = :partition AND node_number = :node",
@@ -83,13 +77,11 @@ private:
         });
     }
 
-    Shared_Store store;
+    const Shared_Store store = Current_Store();
 };
 
-class INSNODES_Inserter final : public Object<interfaces::INSNODES> {
+class INSNODES_Inserter final : public Component<interfaces::INSNODES> {
 public:
-    explicit INSNODES_Inserter(Shared_Store opened) : store(std::move(opened)) {}
-
     Status Insert_DialContinue_Detail(const Variant& Config_ID, const Variant& Partition_ID,
                                       const Variant& Node_Number, const Variant& Supervise_ID,
                                       const Variant& Retrieve, const Variant& Busy_Retry,
@@ -135,24 +127,24 @@ private:
     using Arguments = std::initializer_list<const Variant*>;
 
     Status Insert(const Detail_Table& table, Arguments keys, Arguments texts) {
-        return Guard(Program_Identity, [&] { Write(*store, Insert_Detail(table), Values_Of(keys, texts)); });
+        return Serve([&] { Write(*store, Insert_Detail(table), Values_Of(keys, texts)); });
     }
 
-    Shared_Store store;
+    const Shared_Store store = Current_Store();
 };
 
 } // namespace
 
-New_Object Make_UDNODES(const Shared_Store& store) {
-    return automation::Make_Object<UDNODES_Updater>(store);
+New_Object Make_UDNODES() {
+    return automation::Make_Object<UDNODES_Updater>();
 }
 
-New_Object Make_DELNODES(const Shared_Store& store) {
-    return automation::Make_Object<DELNODES_Deleter>(store);
+New_Object Make_DELNODES() {
+    return automation::Make_Object<DELNODES_Deleter>();
 }
 
-New_Object Make_INSNODES(const Shared_Store& store) {
-    return automation::Make_Object<INSNODES_Inserter>(store);
+New_Object Make_INSNODES() {
+    return automation::Make_Object<INSNODES_Inserter>();
 }
 
 } // namespace stores

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "automation/number.h"
+#include "automation/text.h"
 #include "failure_number.h"
 
 namespace {

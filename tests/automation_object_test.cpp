@@ -5,8 +5,9 @@
 #include <iomanip>
 #include <sstream>
 
-#include "automation/class_table.h"
+#include "automation/text.h"
 #include "automation/variant.h"
+#include "classes/class_table.h"
 #include "failure_number.h"
 
 namespace {
@@ -138,10 +139,11 @@ TEST_F(Objects, In_Variants_And_All_Other_Values_Convert) {
 class Classes : public Objects {
 protected:
     static constexpr Identity Class_Identity{7, 7, 7, {1}};
-    ~Classes() override { Revoke_Class(u"Test.Cell"); }
+    ~Classes() override { classes::Revoke_Class(u"Test.Cell"); }
 
     static void Register(const char16_t* name, const Identity& identity, Long value) {
-        Register_Class({name, identity, [value] { return Reference<Reader>(Make_Object<Cell>(value)); }});
+        classes::Provide_Class(
+            {name, identity, [value] { return Reference<Reader>(Make_Object<Cell>(value)); }});
     }
     static Long Value(String_View name) { return Create_Bound<Reader>(name)->Read(); }
 };
@@ -155,7 +157,7 @@ TEST_F(Classes, Are_Found_By_Name_And_By_Identity) {
     Register(u"TEST.Cell", Identity{8, 8, 8, {}}, 2); // replaces
     EXPECT_EQ(Value(u"Test.Cell"), 2);
     EXPECT_EQ(Failure_Number([] { Create_Object(Class_Identity); }), 429);
-    Revoke_Class(u"TEST.CELL");
+    classes::Revoke_Class(u"TEST.CELL");
     EXPECT_EQ(Failure_Number([] { Value(u"Test.Cell"); }), 429);
     EXPECT_EQ(Failure_Number([] { Create_Object(Identity{8, 8, 8, {}}); }), 429);
 }
@@ -170,7 +172,7 @@ TEST_F(Classes, Fail_As_Their_Creation_Does) {
         {[]() -> Reference<Unknown> { Raise(70); }, 70},
         {[] { return Reference<Other_Reader>(Make_Object<Other>()); }, 430}};
     for (const auto& [create, failure] : cases) {
-        Register_Class({u"Test.Cell", Class_Identity, create});
+        classes::Provide_Class({u"Test.Cell", Class_Identity, create});
         EXPECT_EQ(Failure_Number([] { Value(u"Test.Cell"); }), failure);
     }
 }

@@ -8,6 +8,8 @@
 #include <tuple>
 
 #include "automation/collection.h"
+#include "automation/number.h"
+#include "automation/text.h"
 #include "failure_number.h"
 
 namespace {
@@ -92,15 +94,16 @@ TEST(Failures, Cross_A_Module_Boundary) {
         {[] { Raise_Missing_Resource(58); }, 326, u"Module", u"Resource with identifier '58' not found"},
         {[] { throw Failure(3021, u"No row", u"Rows"); }, 3021, u"Rows", u"No row"},
         {[] { throw Failure(-7, u"Status"); }, -7, u"Module", u"Status"},
-        {[] { throw Failure(0, u""); }, 0, u"Module", u""},
+        {[] { throw Failure(0, u""); }, Status_Unspecified, u"Module", u""},
         {[] { throw std::bad_alloc(); }, 7, u"Module", u"Out of memory"},
         {[] { throw std::runtime_error("\xC3\xA9"); }, -2147467259, u"Module", u"\u00E9"},
-        {[] { throw std::runtime_error("\xE9"); }, -2147467259, u"Module", u"Unspecified error"},
+        {[] { throw std::runtime_error("\xE9"); }, -2147467259, u"Module", u"\uFFFD"},
         {[] { throw 42; }, -2147467259, u"Module", u"Unspecified error"},
         {[] { Check(Guard(u"Inner", [] { Raise(6); })); }, 6, u"Inner", u"Overflow"}};
     for (const auto& one : cases) {
         const Status status = Guard(u"Module", one.Body);
-        EXPECT_EQ(status, one.Number < 0 ? one.Number : Status_Unspecified) << To_UTF8(one.Description);
+        EXPECT_EQ(status, one.Number < 0 ? one.Number : AUTOMATION_RUN_TIME(one.Number))
+            << To_UTF8(one.Description);
         Expect_Failure([&] { Check(status); }, one.Number, one.Source, one.Description);
         EXPECT_FALSE(Take_Error()) << "taken by the check";
     }
@@ -112,6 +115,7 @@ TEST(Failures, Without_An_Error_Object) {
         EXPECT_NO_THROW(Check(status)) << status;
     for (const Status status : {-1, Status_Unspecified, Status_No_Interface})
         Expect_Failure([&] { Check(status); }, status, u"", u"Automation error");
+    Expect_Failure([] { Check(AUTOMATION_RUN_TIME(94)); }, 94, u"", u"Invalid use of Null");
 }
 
 TEST(Failures, Belong_To_Their_Thread) {

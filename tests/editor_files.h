@@ -7,8 +7,10 @@
 
 #include <gtest/gtest.h>
 
+#include "automation/text.h"
 #include "editor_session.h"
 #include "resources/resources.h"
+#include "shell/replaced_strings.h"
 
 using Rows = std::vector<std::vector<const char*>>; // null pointers are nulls
 using Options = std::vector<std::string>;
@@ -53,7 +55,7 @@ inline Options Reply(const Editor_Session& session, const std::string& target, c
 // The option of a string table that is the built-in one but for some texts: another text, or none.
 using Changed_Texts = std::map<int, std::optional<std::string>>;
 inline Options Strings(const Editor_Session& session, const Changed_Texts& changed) {
-    resources::Restore_Strings();
+    shell::Restore_Strings();
     std::string table;
     for (int id = 0; id < resources::Texts_Per_Language; ++id) {
         const auto found = changed.find(id);

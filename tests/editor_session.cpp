@@ -7,7 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "host/program.h"
-#include "resources/resources.h"
+#include "shell/replaced_strings.h"
 #include "shell/registry.h"
 
 namespace {
@@ -46,7 +46,7 @@ Editor_Session::~Editor_Session() {
 Lines Editor_Session::Play(std::string_view script, std::vector<std::string> options) {
     std::vector<std::string> arguments{"play", "-", "--store", Store(), "--appdata", folder.string()};
     arguments.insert(arguments.end(), options.begin(), options.end());
-    resources::Restore_Strings(); // the program runs once per process, a session many times
+    shell::Restore_Strings(); // the program runs once per process, a session many times
     shell::Unload_Hive();
     std::string out;
     status = Run(arguments, script, out, errors);

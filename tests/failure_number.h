@@ -5,6 +5,7 @@
 #include <type_traits>
 
 #include "automation/failure.h"
+#include "automation/text.h"
 
 // Number of the run-time failure that the body ends with; 0 when it ends well.
 template <typename Body>

@@ -81,9 +81,9 @@ protected:
     Lines Play(const std::string& script, const Options& options) {
         fs::copy_file(session.Folder() / "pristine.db", session.Folder() / "store.db",
                       fs::copy_options::overwrite_existing);
-        const auto before = automation::Live_Objects();
         const Lines lines = session.Play(script, options);
-        EXPECT_EQ(automation::Live_Objects(), before);
+        EXPECT_EQ(automation::Live_Objects(), 0) << "a proxy is left";
+        EXPECT_EQ(Automation_Free_Unused_Modules(), 0) << "an object is left";
         EXPECT_EQ(session.Status(), 0) << session.Errors();
         for (const Line& result : Only(lines, "result"))
             EXPECT_EQ(result.at("shown"), result.at("ErrDescription") == "") << result;

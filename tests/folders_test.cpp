@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include "automation/text.h"
 #include "failure_number.h"
 #include "folders/product_folders.h"
 #include "folders/user_log.h"

@@ -4,6 +4,7 @@
 
 #include <sstream>
 
+#include "automation/text.h"
 #include "host/component_proxies.h"
 #include "temporary_folder.h"
 

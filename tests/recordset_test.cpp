@@ -1,6 +1,7 @@
 // Stream and recordset as objects: what is open, where they stand, and what fails under which name.
 #include <limits>
 
+#include "automation/text.h"
 #include "recordset_test_support.h"
 
 namespace {

@@ -6,6 +6,7 @@
 #include <locale>
 #include <vector>
 
+#include "automation/text.h"
 #include "recordset_test_support.h"
 
 namespace {

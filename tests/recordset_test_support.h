@@ -5,7 +5,8 @@
 
 #include <string>
 
-#include "automation/class_table.h"
+#include "automation/create.h"
+#include "automation/text.h"
 #include "recordset/recordset.h"
 
 namespace recordset_test {
@@ -18,7 +19,7 @@ using recordset::Stream;
 
 template <typename Object>
 Reference<Object> New(const char16_t* identity) {
-    recordset::Register_Classes();
+    recordset::Offer_Classes();
     return automation::Create_Bound<Object>(identity);
 }
 

@@ -2,6 +2,7 @@
 #include <optional>
 #include <vector>
 
+#include "automation/text.h"
 #include "recordset/writer.h"
 #include "recordset_test_support.h"
 

@@ -4,8 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include "automation/text.h"
 #include "failure_number.h"
 #include "resources/resources.h"
+#include "shell/replaced_strings.h"
 
 namespace {
 
@@ -31,11 +33,11 @@ TEST(Resources, All_English_Texts) {
 }
 
 TEST(Resources, A_Replaced_Table_Stands_For_All_Languages) {
-    resources::Replace_Strings(shell::String_Table::Parse("20 \"\"\n59 \"y\""));
+    shell::Replace_Strings(shell::String_Table::Parse("20 \"\"\n59 \"y\""));
     EXPECT_EQ(resources::Load_String(20), u"") << "an empty text is not a missing one";
     EXPECT_EQ(resources::Load_String(59), u"y");
     EXPECT_EQ(Failure_Number([] { resources::Load_String(1); }), 326) << "nothing shines through";
-    resources::Restore_Strings();
+    shell::Restore_Strings();
     EXPECT_EQ(Failure_Number([] { resources::Load_String(-59); }), 326);
 }
 

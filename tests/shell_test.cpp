@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "automation/text.h"
 #include "shell/clock.h"
 #include "shell/file_system.h"
 #include "shell/quoted_text.h"

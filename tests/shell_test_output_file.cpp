@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "automation/text.h"
 #include "failure_number.h"
 #include "shell/output_file.h"
 #include "temporary_folder.h"

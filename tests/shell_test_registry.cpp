@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "automation/text.h"
 #include "shell/registry.h"
 #include "temporary_folder.h"
 

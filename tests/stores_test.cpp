@@ -1,6 +1,7 @@
 // The components on a store, through their interfaces: what they answer, what they write, how they fail.
 #include <array>
 
+#include "automation/text.h"
 #include "stores_test_tools.h"
 
 namespace {

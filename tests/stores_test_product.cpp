@@ -2,6 +2,7 @@
 #include <map>
 #include <tuple>
 
+#include "automation/text.h"
 #include "stores_test_tools.h"
 #include "toolkit/display.h"
 
@@ -73,11 +74,11 @@ TEST_F(Components, Labels_With_The_Wrong_Quotes_Are_Refused) {
         {u"", true},      {u"plain", true},         {u"it's", true},   {u"'a' 'b'", true},
         {u"' '", true},   {u"\u201Cx\u201D", true}, {u"(null)", true}, {u"\"", false},
         {u"a\"b", false}, {u"''", false},           {u"a''b", false},  {u"'''", false}};
-    bool allowed = false;
+    Automation_Boolean allowed = AUTOMATION_FALSE;
     Variant prepared;
     for (const auto& [label, expected] : cases) {
         Check(checker->Is_Label_Allowed(label, allowed));
-        EXPECT_EQ(allowed, expected) << automation::To_UTF8(label);
+        EXPECT_EQ(allowed != AUTOMATION_FALSE, expected) << automation::To_UTF8(label);
         Check(checker->Prepare_Label(label, prepared));
         EXPECT_EQ(prepared.Text(), label) << automation::To_UTF8(label);
     }
@@ -109,12 +110,12 @@ public:
 class Box : public Components {
 protected:
     std::tuple<String, Long, String> Error() {
-        Variant location, description;
+        automation::Text location, description;
         Long code = 99;
         Check(box->Box_Error_Location(location));
         Check(box->Box_Error_Code(code));
         Check(box->Box_Error_Description(description));
-        return {location.To_Text(), code, description.To_Text()};
+        return {String(location.View()), code, String(description.View())};
     }
 
     const automation::Reference<interfaces::Message_Box> box = Created<interfaces::Message_Box>();

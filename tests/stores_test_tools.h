@@ -10,6 +10,8 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
+#include "automation/text.h"
+#include "classes/class_table.h"
 #include "interfaces/product_components.h"
 #include "recordset_test_support.h"
 #include "stores/store.h"
@@ -76,7 +78,9 @@ automation::Reference<Interface> Created() {
 
 // Makes a store; from now on components are created on it.
 inline std::string Used_Store(const std::string& path, std::optional<int> count = std::nullopt) {
-    stores::Register_Classes(stores::Store::Create(URL(path), count));
+    stores::Use_Store(stores::Store::Create(URL(path), count));
+    for (const automation::Server_Class& served : stores::Classes())
+        classes::Provide_Class({served.Program_Identity, served.Class_Identity, served.Create});
     return path;
 }
 

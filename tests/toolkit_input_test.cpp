@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <tuple>
 
+#include "automation/text.h"
 #include "toolkit/user_input.h"
 #include "toolkit_test_tools.h"
 

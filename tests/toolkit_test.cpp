@@ -1,4 +1,5 @@
 // Controls and forms as code uses them: what a write stores, notifies and raises, and the life of a form.
+#include "automation/text.h"
 #include "toolkit_test_tools.h"
 
 namespace {

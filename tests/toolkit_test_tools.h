@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "automation/number.h"
+#include "automation/text.h"
 #include "failure_number.h"
 #include "toolkit/form.h"
 

@@ -1,3 +1,4 @@
+#include "automation/text.h"
 #include "window_fixture.h"
 
 #include <QClipboard>

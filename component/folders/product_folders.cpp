@@ -3,6 +3,7 @@
 #include <array>
 #include <vector>
 
+#include "automation/text.h"
 #include "shell/eight_bit.h"
 #include "shell/file_system.h"
 #include "shell/special_folders.h"

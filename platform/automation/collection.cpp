@@ -1,5 +1,7 @@
 #include "automation/collection.h"
 
+#include "automation/text.h"
+
 #include <iterator>
 
 namespace automation {

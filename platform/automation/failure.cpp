@@ -2,9 +2,10 @@
 
 #include <algorithm>
 #include <array>
-#include <new>
+#include <cstring>
 
 #include "automation/number.h"
+#include "automation/text.h"
 
 namespace automation {
 
@@ -33,59 +34,85 @@ constexpr std::array Run_Time_Texts{
     Run_Time_Text{run_time::Cannot_Create_Object, u"ActiveX component can't create object"},
     Run_Time_Text{run_time::No_Such_Interface,
                   u"Class does not support Automation or does not support expected interface"},
+    Run_Time_Text{run_time::No_Such_Member, u"Object doesn't support this property or method"},
+    Run_Time_Text{run_time::No_Such_Named_Argument, u"Named argument not found"},
+    Run_Time_Text{run_time::Argument_Not_Optional, u"Argument not optional"},
+    Run_Time_Text{run_time::Wrong_Argument_Count,
+                  u"Wrong number of arguments or invalid property assignment"},
     Run_Time_Text{run_time::Key_Taken, u"This key is already associated with an element of this collection"},
 };
 
-std::optional<Failure>& Thread_Error() {
-    thread_local std::optional<Failure> error;
-    return error;
+// The calling thread's error object. Its texts go with the thread.
+struct Thread_Error {
+    Automation_Error Error{};
+    bool Is_Set = false;
+
+    Automation_Error Take() {
+        Is_Set = false;
+        return std::exchange(Error, {});
+    }
+    void Clear() {
+        const Automation_Error old = Take();
+        for (Automation_Block* text : {old.Source, old.Description, old.Reason})
+            Automation_Free(text);
+    }
+    ~Thread_Error() { Clear(); }
+};
+thread_local Thread_Error thread_error;
+
+Automation_Block* New_Text(String_View text) {
+    return Automation_New_Text(text.data(), static_cast<std::uint32_t>(text.size()));
 }
 
 } // namespace
 
-String Description_Of(Long number) {
-    const auto* found = std::find_if(Run_Time_Texts.begin(), Run_Time_Texts.end(),
-                                     [number](const auto& text) { return text.Number == number; });
-    return String(found == Run_Time_Texts.end() ? u"Application-defined or object-defined error"
-                                                : found->Description);
-}
-
-void Raise(Long number) {
-    throw Failure(number, Description_Of(number));
-}
-
 void Raise_Missing_Resource(Long resource_id) {
-    throw Failure(326, u"Resource with identifier '" + Decimal_Text(resource_id) + u"' not found");
-}
-
-Failure Current_Failure() noexcept {
-    try {
-        throw;
-    } catch (const Failure& failure) {
-        return failure;
-    } catch (const std::bad_alloc&) {
-        return Failure(run_time::Out_Of_Memory, Description_Of(run_time::Out_Of_Memory));
-    } catch (const std::exception& error) {
-        return Failure(Status_Unspecified, From_UTF8(error.what()).value_or(u"Unspecified error"));
-    } catch (...) {
-        return Failure(Status_Unspecified, u"Unspecified error");
-    }
-}
-
-void Set_Error(Failure failure) noexcept {
-    Thread_Error() = std::move(failure);
-}
-
-std::optional<Failure> Take_Error() noexcept {
-    return std::exchange(Thread_Error(), std::nullopt);
-}
-
-void Check(Status status) {
-    if (status >= 0)
-        return;
-    if (auto error = Take_Error())
-        throw std::move(*error);
-    throw Failure(status, u"Automation error");
+    throw Failure(run_time::Missing_Resource,
+                  u"Resource with identifier '" + Decimal_Text(resource_id) + u"' not found");
 }
 
 } // namespace automation
+
+using namespace automation;
+
+void Automation_Set_Error(Automation_Error* error) noexcept {
+    thread_error.Clear();
+    thread_error.Error = std::exchange(*error, {});
+    thread_error.Is_Set = true;
+}
+
+std::int32_t Automation_Take_Error(Automation_Error* error) noexcept {
+    const bool was_set = thread_error.Is_Set;
+    *error = thread_error.Take();
+    return was_set ? 1 : 0;
+}
+
+Automation_Block* Automation_Describe(std::int32_t number) noexcept {
+    const auto* found = std::find_if(Run_Time_Texts.begin(), Run_Time_Texts.end(),
+                                     [number](const auto& text) { return text.Number == number; });
+    return New_Text(found == Run_Time_Texts.end() ? u"Application-defined or object-defined error"
+                                                  : found->Description);
+}
+
+Automation_Block* Automation_New_Text_UTF8(const char* utf8) noexcept {
+    try {
+        return New_Text(From_UTF8_Replacing(utf8));
+    } catch (...) {
+        return nullptr;
+    }
+}
+
+std::uint32_t Automation_To_UTF8(const Automation_Block* text, char* buffer, std::uint32_t size) noexcept {
+    try {
+        const std::string utf8 = To_UTF8(
+            text ? String_View(reinterpret_cast<const char16_t*>(text + 1), text->Length) : String_View());
+        if (size > 0) {
+            const std::size_t kept = std::min<std::size_t>(utf8.size(), size - 1);
+            std::memcpy(buffer, utf8.data(), kept);
+            buffer[kept] = '\0';
+        }
+        return static_cast<std::uint32_t>(utf8.size());
+    } catch (...) {
+        return 0;
+    }
+}

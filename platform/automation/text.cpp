@@ -70,25 +70,42 @@ bool Is_Scalar(char32_t point, int length) {
 
 } // namespace
 
+namespace {
+
+// The character at the beginning of `utf8`, which goes; nothing, and one byte goes, when there is none.
+std::optional<char32_t> Take_Character(std::string_view& utf8) {
+    char32_t point = 0;
+    const int length = Sequence_Length(static_cast<unsigned char>(utf8.front()), point);
+    bool good = length > 0 && static_cast<std::size_t>(length) <= utf8.size();
+    for (int index = 1; good && index < length; ++index) {
+        const auto byte = static_cast<unsigned char>(utf8[static_cast<std::size_t>(index)]);
+        good = (byte & 0xC0U) == 0x80;
+        point = (point << 6) | (byte & 0x3FU);
+    }
+    good = good && (length == 1 || Is_Scalar(point, length));
+    utf8.remove_prefix(good ? static_cast<std::size_t>(length) : 1);
+    return good ? std::optional(point) : std::nullopt;
+}
+
+} // namespace
+
 std::optional<String> From_UTF8(std::string_view utf8) {
     String text;
     text.reserve(utf8.size());
-    for (std::size_t at = 0; at < utf8.size();) {
-        char32_t point = 0;
-        const int length = Sequence_Length(static_cast<unsigned char>(utf8[at]), point);
-        if (length == 0 || at + static_cast<std::size_t>(length) > utf8.size())
+    while (!utf8.empty()) {
+        const auto point = Take_Character(utf8);
+        if (!point)
             return std::nullopt;
-        for (int index = 1; index < length; ++index) {
-            const auto byte = static_cast<unsigned char>(utf8[at + static_cast<std::size_t>(index)]);
-            if ((byte & 0xC0U) != 0x80)
-                return std::nullopt;
-            point = (point << 6) | (byte & 0x3FU);
-        }
-        if (length > 1 && !Is_Scalar(point, length))
-            return std::nullopt;
-        Append_UTF16(text, point);
-        at += static_cast<std::size_t>(length);
+        Append_UTF16(text, *point);
     }
+    return text;
+}
+
+String From_UTF8_Replacing(std::string_view utf8) {
+    String text;
+    text.reserve(utf8.size());
+    while (!utf8.empty())
+        Append_UTF16(text, Take_Character(utf8).value_or(Replacement));
     return text;
 }
 

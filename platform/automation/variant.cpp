@@ -1,30 +1,28 @@
-#include "automation/variant.h"
-
 #include <array>
 #include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <new>
+
+#include "automation/number.h"
+#include "automation/text.h"
+#include "automation/variant.h"
 
 namespace automation {
 
 namespace {
 
-Variant_Block* Allocate_Block(const void* elements, std::size_t count, std::size_t element_size) {
+Automation_Block* New_Block(const void* elements, std::size_t count, std::size_t element_size) noexcept {
     if (count == 0)
         return nullptr;
-    void* memory = std::malloc(sizeof(Variant_Block) + count * element_size);
-    if (memory == nullptr)
-        throw std::bad_alloc();
-    auto* block = new (memory) Variant_Block{static_cast<std::uint32_t>(count)};
-    std::memcpy(block + 1, elements, count * element_size);
+    auto* block =
+        static_cast<Automation_Block*>(std::malloc(sizeof(Automation_Block) + count * element_size));
+    if (block) {
+        block->Length = static_cast<std::uint32_t>(count);
+        std::memcpy(block + 1, elements, count * element_size);
+    }
     return block;
-}
-
-bool Has_Block(Variant_Type type) {
-    return type == Variant_Type::Text || type == Variant_Type::Byte_Array;
 }
 
 String Ascii(const char* text) {
@@ -79,182 +77,172 @@ String Date_Text(double days) {
     return text;
 }
 
+// The value behind a variant by reference.
+Automation_Variant Referred(const Automation_Variant& variant) {
+    if ((variant.Type & Automation_By_Reference) == 0)
+        return variant;
+    if (!variant.As_Reference)
+        Raise(run_time::Invalid_Argument);
+    Automation_Variant value{};
+    value.Type = static_cast<std::uint16_t>(variant.Type & ~Automation_By_Reference);
+    switch (value.Type) {
+    case Automation_Byte:
+        std::memcpy(&value.As_Byte, variant.As_Reference, sizeof(value.As_Byte));
+        break;
+    case Automation_Integer:
+    case Automation_Truth:
+        std::memcpy(&value.As_Integer, variant.As_Reference, sizeof(value.As_Integer));
+        break;
+    case Automation_Long:
+    case Automation_Single:
+        std::memcpy(&value.As_Long, variant.As_Reference, sizeof(value.As_Long));
+        break;
+    default:
+        std::memcpy(&value.As_Long_Long, variant.As_Reference, sizeof(value.As_Long_Long));
+    }
+    return value;
+}
+
+String_View Units_Of(const Automation_Block* block) {
+    if (!block)
+        return {};
+    return {reinterpret_cast<const char16_t*>(block + 1), block->Length};
+}
+
+String Text_Of(const Automation_Variant& value) {
+    switch (value.Type) {
+    case Automation_Empty:
+        return {};
+    case Automation_Null:
+        Raise(run_time::Invalid_Use_Of_Null);
+    case Automation_Integer:
+        return Decimal_Text(value.As_Integer);
+    case Automation_Long:
+        return Decimal_Text(value.As_Long);
+    case Automation_Byte:
+        return Decimal_Text(value.As_Byte);
+    case Automation_Long_Long:
+        return Decimal_Text(value.As_Long_Long);
+    case Automation_Single:
+        return Floating_Text(static_cast<double>(value.As_Single), 7);
+    case Automation_Double:
+        return Floating_Text(value.As_Double, 15);
+    case Automation_Currency:
+        return Currency_Text(value.As_Long_Long);
+    case Automation_Date:
+        return Date_Text(value.As_Double);
+    case Automation_Truth:
+        return value.As_Integer != 0 ? u"True" : u"False";
+    case Automation_Text:
+        return String(Units_Of(value.As_Block));
+    default:
+        Raise(run_time::Type_Mismatch);
+    }
+}
+
+double Double_Of(const Automation_Variant& value) {
+    switch (value.Type) {
+    case Automation_Empty:
+        return 0;
+    case Automation_Null:
+        Raise(run_time::Invalid_Use_Of_Null);
+    case Automation_Integer:
+    case Automation_Truth:
+        return value.As_Integer;
+    case Automation_Long:
+        return value.As_Long;
+    case Automation_Byte:
+        return value.As_Byte;
+    case Automation_Long_Long:
+        return static_cast<double>(value.As_Long_Long);
+    case Automation_Single:
+        return static_cast<double>(value.As_Single);
+    case Automation_Double:
+    case Automation_Date:
+        return value.As_Double;
+    case Automation_Currency:
+        return static_cast<double>(value.As_Long_Long) / 10000;
+    case Automation_Text:
+        return To_Double(Units_Of(value.As_Block));
+    default:
+        Raise(run_time::Type_Mismatch);
+    }
+}
+
+// A text of a truth value reads back as one.
+bool Truth_Of(const Automation_Variant& value) {
+    if (value.Type == Automation_Text)
+        for (const bool truth : {true, false})
+            if (Equal_Ignoring_Case(Units_Of(value.As_Block), truth ? u"True" : u"False"))
+                return truth;
+    return Double_Of(value) != 0;
+}
+
+Variant Conversion(const Automation_Variant& value, std::uint16_t type) {
+    switch (type) {
+    case Automation_Integer:
+        return To_Integer(Double_Of(value));
+    case Automation_Long:
+        return To_Long(Double_Of(value));
+    case Automation_Double:
+        return Double_Of(value);
+    case Automation_Text:
+        return Text_Of(value);
+    case Automation_Truth:
+        return Variant::Boolean(Truth_Of(value));
+    default:
+        Raise(run_time::Type_Mismatch);
+    }
+}
+
 } // namespace
 
-Variant::Variant(Integer value) noexcept : Variant(Variant_Type::Integer) {
-    record.As_Integer = value;
-}
-Variant::Variant(Long value) noexcept : Variant(Variant_Type::Long) {
-    record.As_Long = value;
-}
-Variant::Variant(std::int64_t value) noexcept : Variant(Variant_Type::Long_Long) {
-    record.As_Long_Long = value;
-}
-Variant::Variant(float value) noexcept : Variant(Variant_Type::Single) {
-    record.As_Single = value;
-}
-Variant::Variant(double value) noexcept : Variant(Variant_Type::Double) {
-    record.As_Double = value;
-}
-
-Variant::Variant(String_View text) : Variant(Variant_Type::Text) {
-    record.As_Block = Allocate_Block(text.data(), text.size(), sizeof(char16_t));
-}
-
-Variant::Variant(const Reference<Unknown>& object) noexcept : Variant(Variant_Type::Object) {
-    record.As_Object = object.Get();
-    if (record.As_Object)
-        record.As_Object->Add_Reference();
-}
-
-Variant::Variant(const Variant& other) : record(other.record) {
-    if (Has_Block(record.Type) && record.As_Block) {
-        const std::size_t size = record.Type == Variant_Type::Text ? sizeof(char16_t) : 1;
-        record.As_Block = Allocate_Block(record.As_Block + 1, record.As_Block->Length, size);
-    } else if (record.Type == Variant_Type::Object && record.As_Object) {
-        record.As_Object->Add_Reference();
-    }
-}
-
-Variant::Variant(Variant&& other) noexcept : record(std::exchange(other.record, Variant_Record{})) {}
-
-Variant& Variant::operator=(Variant other) noexcept {
-    std::swap(record, other.record);
-    return *this;
-}
-
-Variant::~Variant() {
-    if (Has_Block(record.Type))
-        std::free(record.As_Block);
-    else if (record.Type == Variant_Type::Object && record.As_Object)
-        record.As_Object->Release();
-}
-
-Variant Variant::Null() noexcept {
-    return Variant(Variant_Type::Null);
-}
-
-Variant Variant::Boolean(bool value) noexcept {
-    Variant variant(Variant_Type::Boolean);
-    variant.record.As_Integer = value ? -1 : 0;
-    return variant;
-}
-
-Variant Variant::Byte(std::uint8_t value) noexcept {
-    Variant variant(Variant_Type::Byte);
-    variant.record.As_Byte = value;
-    return variant;
-}
-
-Variant Variant::Currency(std::int64_t ten_thousandths) noexcept {
-    Variant variant(Variant_Type::Currency);
-    variant.record.As_Long_Long = ten_thousandths;
-    return variant;
-}
-
-Variant Variant::Date(double days) noexcept {
-    Variant variant(Variant_Type::Date);
-    variant.record.As_Double = days;
-    return variant;
-}
-
-Variant Variant::Bytes(const std::vector<std::uint8_t>& bytes) {
-    Variant variant(Variant_Type::Byte_Array);
-    variant.record.As_Block = Allocate_Block(bytes.data(), bytes.size(), 1);
-    return variant;
-}
-
-String_View Variant::Text() const {
-    if (record.Type != Variant_Type::Text || record.As_Block == nullptr)
-        return {};
-    return {reinterpret_cast<const char16_t*>(record.As_Block + 1), record.As_Block->Length};
-}
-
-std::vector<std::uint8_t> Variant::Byte_Array() const {
-    if (record.Type != Variant_Type::Byte_Array || record.As_Block == nullptr)
-        return {};
-    const auto* bytes = reinterpret_cast<const std::uint8_t*>(record.As_Block + 1);
-    return {bytes, bytes + record.As_Block->Length};
-}
-
-String Variant::To_Text() const {
-    switch (record.Type) {
-    case Variant_Type::Empty:
-        return {};
-    case Variant_Type::Null:
-        Raise(run_time::Invalid_Use_Of_Null);
-    case Variant_Type::Integer:
-        return Decimal_Text(record.As_Integer);
-    case Variant_Type::Long:
-        return Decimal_Text(record.As_Long);
-    case Variant_Type::Byte:
-        return Decimal_Text(record.As_Byte);
-    case Variant_Type::Long_Long:
-        return Decimal_Text(record.As_Long_Long);
-    case Variant_Type::Single:
-        return Floating_Text(static_cast<double>(record.As_Single), 7);
-    case Variant_Type::Double:
-        return Floating_Text(record.As_Double, 15);
-    case Variant_Type::Currency:
-        return Currency_Text(record.As_Long_Long);
-    case Variant_Type::Date:
-        return Date_Text(record.As_Double);
-    case Variant_Type::Boolean:
-        return record.As_Integer != 0 ? u"True" : u"False";
-    case Variant_Type::Text:
-        return String(Text());
-    case Variant_Type::Object:
-    case Variant_Type::Byte_Array:
-        break;
-    }
-    Raise(run_time::Type_Mismatch);
-}
-
-double Variant::To_Double() const {
-    switch (record.Type) {
-    case Variant_Type::Empty:
-        return 0;
-    case Variant_Type::Null:
-        Raise(run_time::Invalid_Use_Of_Null);
-    case Variant_Type::Integer:
-    case Variant_Type::Boolean:
-        return record.As_Integer;
-    case Variant_Type::Long:
-        return record.As_Long;
-    case Variant_Type::Byte:
-        return record.As_Byte;
-    case Variant_Type::Long_Long:
-        return static_cast<double>(record.As_Long_Long);
-    case Variant_Type::Single:
-        return static_cast<double>(record.As_Single);
-    case Variant_Type::Double:
-    case Variant_Type::Date:
-        return record.As_Double;
-    case Variant_Type::Currency:
-        return static_cast<double>(record.As_Long_Long) / 10000;
-    case Variant_Type::Text:
-        return automation::To_Double(Text());
-    case Variant_Type::Object:
-    case Variant_Type::Byte_Array:
-        break;
-    }
-    Raise(run_time::Type_Mismatch);
-}
-
-Integer Variant::To_Integer() const {
-    return automation::To_Integer(To_Double());
-}
-Long Variant::To_Long() const {
-    return automation::To_Long(To_Double());
-}
-bool Variant::To_Boolean() const {
-    return To_Double() != 0;
-}
-
-Reference<Unknown> Variant::To_Object() const {
-    if (record.Type != Variant_Type::Object)
-        Raise(run_time::Type_Mismatch);
-    return record.As_Object ? Reference<Unknown>::To(*record.As_Object) : nullptr;
-}
-
 } // namespace automation
+
+using namespace automation;
+
+Automation_Block* Automation_New_Text(const char16_t* units, std::uint32_t length) noexcept {
+    return New_Block(units, length, sizeof(char16_t));
+}
+
+Automation_Block* Automation_New_Bytes(const void* bytes, std::uint32_t length) noexcept {
+    return New_Block(bytes, length, 1);
+}
+
+void Automation_Free(Automation_Block* block) noexcept {
+    std::free(block);
+}
+
+void Automation_Clear(Automation_Variant* variant) noexcept {
+    if (variant->Type == Automation_Text || variant->Type == Automation_Byte_Array)
+        std::free(variant->As_Block);
+    else if (variant->Type == Automation_Object && variant->As_Object)
+        variant->As_Object->Release();
+    *variant = {};
+}
+
+Automation_Status Automation_Copy(Automation_Variant* to, const Automation_Variant* from) noexcept {
+    Automation_Variant copy = *from;
+    if (copy.Type == Automation_Object && copy.As_Object) {
+        copy.As_Object->Add_Reference();
+    } else if ((copy.Type == Automation_Text || copy.Type == Automation_Byte_Array) && from->As_Block) {
+        const std::size_t size = copy.Type == Automation_Text ? sizeof(char16_t) : 1;
+        copy.As_Block = New_Block(from->As_Block + 1, from->As_Block->Length, size);
+        if (!copy.As_Block && from->As_Block->Length != 0)
+            return Status_Of(run_time::Out_Of_Memory);
+    }
+    *to = copy;
+    return Status_OK;
+}
+
+Automation_Status Automation_Convert(Automation_Variant* to, const Automation_Variant* from,
+                                     std::uint16_t type) noexcept {
+    try {
+        *to = Conversion(Referred(*from), type).Detach();
+        return Status_OK;
+    } catch (const Failure& failure) {
+        return Status_Of(failure.Number);
+    } catch (...) {
+        return Status_Of(run_time::Out_Of_Memory);
+    }
+}

@@ -1,5 +1,8 @@
 #include "field_value.h"
 
+#include "automation/number.h"
+#include "automation/text.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>

@@ -1,5 +1,10 @@
 #include "recordset/recordset.h"
 
+#include <mutex>
+
+#include "automation/text.h"
+#include "classes/class_table.h"
+
 #include <cmath>
 
 #include "failures.h"
@@ -117,18 +122,19 @@ private:
 
 } // namespace
 
-void Register_Classes() {
-    automation::Register_Class(
-        {String(Stream_Program_Identity),
-         {0x3C9E51D0, 0x7A24, 0x4F16, {0x9B, 0x62, 0x18, 0xE5, 0x4D, 0x70, 0xC3, 0x8F}},
-         [] { return automation::Reference<automation::Unknown>(Make_Stream()); }});
-    automation::Register_Class(
-        {String(Recordset_Program_Identity),
-         {0xA4170F5B, 0x2D8C, 0x4BE3, {0x86, 0xF9, 0x31, 0x5A, 0xC7, 0x0E, 0xD4, 0x62}},
-         [] {
-             return automation::Reference<automation::Unknown>(
-                 automation::Make_Object<Persisted_Recordset>());
-         }});
+void Offer_Classes() {
+    static std::once_flag once;
+    std::call_once(once, [] {
+        classes::Offer_Class({String(Stream_Program_Identity),
+                              {0x3C9E51D0, 0x7A24, 0x4F16, {0x9B, 0x62, 0x18, 0xE5, 0x4D, 0x70, 0xC3, 0x8F}},
+                              [] { return automation::Reference<automation::Unknown>(Make_Stream()); }});
+        classes::Offer_Class({String(Recordset_Program_Identity),
+                              {0xA4170F5B, 0x2D8C, 0x4BE3, {0x86, 0xF9, 0x31, 0x5A, 0xC7, 0x0E, 0xD4, 0x62}},
+                              [] {
+                                  return automation::Reference<automation::Unknown>(
+                                      automation::Make_Object<Persisted_Recordset>());
+                              }});
+    });
 }
 
 } // namespace recordset

@@ -1,5 +1,7 @@
 #include "row_builder.h"
 
+#include "automation/text.h"
+
 #include <algorithm>
 #include <iterator>
 #include <utility>

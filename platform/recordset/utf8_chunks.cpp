@@ -1,5 +1,7 @@
 #include "utf8_chunks.h"
 
+#include "automation/text.h"
+
 #include <algorithm>
 
 namespace recordset {

@@ -7,6 +7,7 @@
 
 #include "automation/failure.h"
 #include "automation/number.h"
+#include "automation/text.h"
 #include "persisted_format.h"
 
 namespace recordset {

@@ -1,5 +1,7 @@
 #include "shell/clock.h"
 
+#include "automation/text.h"
+
 #include <array>
 #include <cstring>
 #include <langinfo.h>

@@ -1,5 +1,7 @@
 #include "shell/eight_bit.h"
 
+#include "automation/text.h"
+
 namespace shell {
 
 automation::String From_Eight_Bit(std::string_view bytes) {

@@ -1,5 +1,7 @@
 #include "shell/file_system.h"
 
+#include "automation/text.h"
+
 #include <algorithm>
 #include <sys/stat.h>
 

@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include "automation/failure.h"
+#include "automation/text.h"
 #include "shell/file_system.h"
 
 namespace shell {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <mutex>
 
+#include "automation/text.h"
 #include "hive.h"
 #include "predefined_keys.h"
 #include "shell/eight_bit.h"

@@ -1,5 +1,7 @@
 #include "text_file.h"
 
+#include "automation/text.h"
+
 #include <algorithm>
 
 namespace shell {

@@ -1,10 +1,15 @@
 #include "toolkit/display.h"
 
+#include <cstdlib>
+
+#include "automation/create.h"
+#include "toolkit/display_source.h"
+
 namespace toolkit {
 
 namespace {
 
-class No_Display final : public Display {
+class No_Display : public Display {
 public:
     Size Screen_Size() const override { return {15360, 11520}; }
     void Form_Loaded(Form&) override {}
@@ -21,8 +26,19 @@ public:
     automation::Long Show_Message(const Message&) override { return answer::Not_Shown; }
 };
 
+// A screen is there, but the window for it is not: the failure says why.
+class Failed_Display final : public No_Display {
+public:
+    explicit Failed_Display(automation::Failure why) : why(std::move(why)) {}
+    void Run_Modal(Form&) override { throw why; }
+
+private:
+    const automation::Failure why;
+};
+
 struct Thread_State {
     Display* Current = nullptr;
+    std::unique_ptr<Display> Own; // of the source; null until it is asked
     automation::Integer Mouse_Pointer = Pointer_Default;
 };
 
@@ -31,11 +47,52 @@ Thread_State& State() {
     return state;
 }
 
+bool Is_Set(const char* variable) {
+    const char* const value = std::getenv(variable);
+    return value && *value != '\0';
+}
+
+bool Has_Screen() {
+    return Is_Set("DISPLAY") || Is_Set("WAYLAND_DISPLAY") || Is_Set("QT_QPA_PLATFORM");
+}
+
+std::unique_ptr<Display> Own_Display() {
+    try {
+        if (Has_Screen())
+            return Open_Display();
+        return std::make_unique<No_Display>();
+    } catch (const automation::Failure& failure) {
+        return std::make_unique<Failed_Display>(failure);
+    }
+}
+
+// With the reason in the description, where whoever reads the error record sees it.
+[[noreturn]] void Refuse(const automation::Failure& failure) {
+    throw automation::Failure(automation::Status_Unspecified,
+                              u"There is no window to show the dialog in: " +
+                                  (failure.Reason.empty() ? failure.Description : failure.Reason));
+}
+
 } // namespace
 
+std::unique_ptr<Display> Open_Display() {
+    try {
+        const auto source = automation::Create_Bound<Display_Source>(Display_Source::Program_Identity);
+        Display* display = nullptr;
+        automation::Check(source->Open_Display(display));
+        return std::unique_ptr<Display>(display);
+    } catch (const automation::Failure& failure) {
+        Refuse(failure);
+    }
+}
+
 Display& Current_Display() {
-    static No_Display none;
-    return State().Current ? *State().Current : none;
+    Thread_State& state = State();
+    if (state.Current)
+        return *state.Current;
+    if (!state.Own)
+        state.Own = Own_Display();
+    return *state.Own;
 }
 
 void Set_Display(Display* display) {

@@ -1,6 +1,7 @@
 #include "toolkit/form.h"
 
 #include <algorithm>
+#include <map>
 
 namespace toolkit {
 
@@ -185,6 +186,11 @@ std::vector<Form*> Loaded_Forms() {
     for (Form* form = first_loaded; form; form = form->next_loaded)
         forms.push_back(form);
     return forms;
+}
+
+std::shared_ptr<Form>& Thread_Instance(const void* form_class) {
+    thread_local std::map<const void*, std::shared_ptr<Form>> instances;
+    return instances[form_class];
 }
 
 } // namespace toolkit

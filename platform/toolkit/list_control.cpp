@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "automation/text.h"
 #include "toolkit/form.h"
 
 namespace toolkit {

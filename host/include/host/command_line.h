@@ -37,12 +37,24 @@ struct Store_Init_Command {
     std::optional<int> Nodes;
 };
 
+// register and unregister: modules by their absolute paths.
+struct Register_Command {
+    std::vector<std::string> Modules;
+    bool Machine = false; // else the user's hive
+    bool Removes = false;
+};
+
+struct List_Command {
+    std::vector<std::string> Classes; // programmatic identifiers to explain; none: list what is registered
+};
+
 // The help or the version, to be printed.
 struct Information {
     std::string Text;
 };
 
-using Command_Line = std::variant<Edit_Command, Play_Command, Store_Init_Command, Information>;
+using Command_Line =
+    std::variant<Edit_Command, Play_Command, Store_Init_Command, Register_Command, List_Command, Information>;
 
 // `arguments` without the program's name. Throws Usage_Error.
 Command_Line Parse_Command_Line(const std::vector<std::string>& arguments);

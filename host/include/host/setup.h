@@ -1,7 +1,7 @@
 // What has to be in place before the first editor object is created: classes, proxies, texts, folders.
 //
-// All of it is process-wide and replaces what an earlier Setup has registered. The options and the transcript
-// outlive the Setup, the transcript every component too.
+// All of it is process-wide, and the classes and the store go with the Setup, which outlives every component.
+// The options and the transcript outlive the Setup.
 #pragma once
 
 #include <memory>
@@ -15,6 +15,10 @@ class Setup {
 public:
     // Checks what can be told without files and stores. Throws Usage_Error.
     Setup(const Common_Options& options, Transcript& transcript);
+
+    ~Setup();
+    Setup(const Setup&) = delete;
+    Setup& operator=(const Setup&) = delete;
 
     // Reads the files, opens the store, and registers everything. Throws Start_Error.
     void Start();

@@ -1,12 +1,12 @@
 // The texts and pictures that the editor carries: string table, navigation bitmaps, icon.
 //
-// They come from the files of this folder and are part of the program. Callable from any thread.
+// They come from the files of this folder and are part of the program; shell/replaced_strings.h puts another
+// table in the place of the texts. Callable from any thread.
 #pragma once
 
 #include <string_view>
 
 #include "automation/text.h"
-#include "shell/string_table.h"
 
 namespace resources {
 
@@ -15,10 +15,6 @@ constexpr automation::Long Texts_Per_Language = 59;
 
 // The text, which may be empty; 326 when the table has none under the id.
 automation::String Load_String(automation::Long id);
-
-// `table` takes the place of the built-in one with all its languages, in the whole process.
-void Replace_Strings(shell::String_Table table);
-void Restore_Strings();
 
 constexpr automation::Long Icon = 0;
 // The bytes of a bitmap file (1 first, 2 previous, 3 next, 4 last) or of the icon file; empty when there is

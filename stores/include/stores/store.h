@@ -11,8 +11,12 @@
 
 #include <memory>
 #include <optional>
+#include <span>
 #include <stdexcept>
 #include <string>
+
+#include "automation/server.h"
+#include "interfaces/store_keeper.h"
 
 namespace stores {
 
@@ -32,7 +36,7 @@ public:
 };
 
 // The largest number of nodes that Create makes besides the default node.
-constexpr int Most_Nodes = 32766;
+constexpr int Most_Nodes = interfaces::Most_Nodes;
 
 class Store {
 public:
@@ -57,9 +61,11 @@ private:
     std::unique_ptr<Database> database;
 };
 
-// Registers every component under the product's identities, the data components on `store`, which lives as
-// long as a component or the registration does. Registering again replaces the store for objects created
-// from then on.
-void Register_Classes(const std::shared_ptr<Store>& store);
+// The store that components are created on from then on; it lives as long as one of them does. Null: the
+// user's own again.
+void Use_Store(std::shared_ptr<Store> store);
+
+// Every component under the product's identities, and the keeper of the store.
+std::span<const automation::Server_Class> Classes();
 
 } // namespace stores

@@ -37,4 +37,6 @@ Long Add(Long left, Long right);
 // Decimal text, with a leading "-" when negative.
 String Decimal_Text(std::int64_t value);
 
+[[noreturn]] void Raise_Missing_Resource(Long resource_id);
+
 } // namespace automation

@@ -2,20 +2,17 @@
 // Pure functions, callable from any thread.
 #pragma once
 
-#include <cstdint>
 #include <optional>
-#include <string>
-#include <string_view>
+
+#include "automation/text_types.h"
 
 namespace automation {
 
-using Integer = std::int16_t;
-using Long = std::int32_t;
-using String = std::u16string;
-using String_View = std::u16string_view;
-
 // Strict: nothing when `utf8` is not well-formed UTF-8.
 std::optional<String> From_UTF8(std::string_view utf8);
+
+// What is not well-formed becomes U+FFFD.
+String From_UTF8_Replacing(std::string_view utf8);
 
 // A lone surrogate becomes U+FFFD, so that the result is always well-formed.
 std::string To_UTF8(String_View text);

@@ -6,9 +6,9 @@
 // contract says.
 #pragma once
 
-#include <array>
+#include <algorithm>
 #include <atomic>
-#include <cstdint>
+#include <iterator>
 #include <type_traits>
 #include <utility>
 
@@ -16,14 +16,12 @@
 
 namespace automation {
 
-// Identity of an interface or a class: 128 bits, written as in {A-B-C-D}.
-struct Identity {
-    std::uint32_t A;
-    std::uint16_t B;
-    std::uint16_t C;
-    std::array<std::uint8_t, 8> D;
-    friend bool operator==(const Identity&, const Identity&) = default;
-};
+// Identity of an interface or a class.
+using Identity = Automation_Identity;
+constexpr bool Equal(const Identity& left, const Identity& right) {
+    return left.A == right.A && left.B == right.B && left.C == right.C &&
+           std::equal(std::begin(left.D), std::end(left.D), std::begin(right.D));
+}
 
 class Unknown {
 public:
@@ -93,12 +91,22 @@ private:
     Interface* pointer = nullptr;
 };
 
-// Objects made by Make_Object that are still alive, in the whole process.
-std::int64_t Live_Objects() noexcept;
-
+// Objects of this module that are alive, and what else keeps it loaded. Each module counts its own.
 namespace detail {
-void Count_Object(int change) noexcept;
+__attribute__((visibility("hidden"))) inline std::atomic<std::int64_t> live_objects{0};
 }
+inline std::int64_t Live_Objects() noexcept {
+    return detail::live_objects;
+}
+
+// Keeps the module loaded that it is made in.
+class Keep_Module {
+public:
+    Keep_Module() noexcept { ++detail::live_objects; }
+    ~Keep_Module() { --detail::live_objects; }
+    Keep_Module(const Keep_Module&) = delete;
+    Keep_Module& operator=(const Keep_Module&) = delete;
+};
 
 // Base of every object class: counting and interface look-up for the interfaces it is made of.
 template <typename First, typename... Rest>
@@ -106,7 +114,7 @@ class Object : public First, public Rest... {
 public:
     Status Query_Interface(const Identity& wanted, void** object) noexcept final {
         *object = nullptr;
-        if (wanted == Unknown::Interface_Identity)
+        if (Equal(wanted, Unknown::Interface_Identity))
             *object = static_cast<Unknown*>(static_cast<First*>(this));
         Offer<First>(wanted, object);
         (Offer<Rest>(wanted, object), ...);
@@ -124,18 +132,29 @@ public:
     }
 
 protected:
-    Object() { detail::Count_Object(+1); }
-    virtual ~Object() { detail::Count_Object(-1); }
+    Object() = default;
+    virtual ~Object() = default;
 
 private:
     template <typename Interface>
     void Offer([[maybe_unused]] const Identity& wanted, [[maybe_unused]] void** object) noexcept {
         // An interface without an identity of its own is for friends of the class, never looked up.
-        if constexpr (!(Interface::Interface_Identity == Unknown::Interface_Identity))
-            if (wanted == Interface::Interface_Identity)
+        if constexpr (!Equal(Interface::Interface_Identity, Unknown::Interface_Identity)) {
+            if (Equal(wanted, Interface::Interface_Identity))
                 *object = static_cast<Interface*>(this);
+            else if constexpr (Has_Base<Interface>)
+                if (Equal(wanted, Interface::Base_Interface::Interface_Identity))
+                    *object = static_cast<typename Interface::Base_Interface*>(this);
+        }
     }
 
+    // An interface over another one, such as a dual interface, names it as its Base_Interface.
+    template <typename Interface>
+    static constexpr bool Has_Base = requires {
+        typename Interface::Base_Interface;
+    };
+
+    Keep_Module keep;
     std::atomic<std::uint32_t> count{1};
 };
 
@@ -148,7 +167,7 @@ Reference<Class> Make_Object(Arguments&&... arguments) {
 template <typename Interface>
 Reference<Interface> Bind(const Reference<Unknown>& object) {
     static_assert(std::is_same_v<Interface, Unknown> ||
-                      !(Interface::Interface_Identity == Unknown::Interface_Identity),
+                      !Equal(Interface::Interface_Identity, Unknown::Interface_Identity),
                   "an interface without an identity of its own cannot be looked up");
     void* found = nullptr;
     if (object->Query_Interface(Interface::Interface_Identity, &found) < 0)

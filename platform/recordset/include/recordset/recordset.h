@@ -5,7 +5,7 @@
 // "ADODB.Recordset", its fields included. A recordset here is read-only: it walks rows and gives values.
 #pragma once
 
-#include "automation/class_table.h"
+#include "automation/create.h"
 #include "automation/variant.h"
 
 namespace recordset {
@@ -95,7 +95,7 @@ protected:
     ~Recordset() = default;
 };
 
-// Makes both classes known to the class table. Call it once, before anything reads a recordset.
-void Register_Classes();
+// Offers both classes to the process. Call it before anything reads a recordset; again does no harm.
+void Offer_Classes();
 
 } // namespace recordset

@@ -62,9 +62,11 @@ public:
     virtual automation::Long Show_Message(const Message& message) = 0;
 };
 
-// The Display of the calling thread. Without one, forms can be loaded but not shown: showing one modally
-// fails and a message box answers Not_Shown.
+// The Display of the calling thread: the installed one, or one that the thread gets of its own
+// (toolkit/display_source.h) and keeps to its end. When there is none to be had, forms can be loaded but not
+// shown: showing one modally fails and a message box answers Not_Shown.
 Display& Current_Display();
+// Null takes the installed one away.
 void Set_Display(Display* display);
 
 automation::Long Show_Message(const Message& message);

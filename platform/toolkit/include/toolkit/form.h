@@ -117,6 +117,10 @@ private:
 // Drops the calling thread's loaded forms without asking. A host calls it before its Display goes.
 void Discard_All_Forms();
 
+// A form that the calling thread keeps for its class, under an address that stands for the class; unset at
+// first. It goes at the thread's end. (A module's own thread-local object would keep the module loaded.)
+std::shared_ptr<Form>& Thread_Instance(const void* form_class);
+
 // The loaded forms of the calling thread, in the order they were loaded.
 std::vector<Form*> Loaded_Forms();
 

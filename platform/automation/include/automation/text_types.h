@@ -1,0 +1,15 @@
+// The types of the values that the editor's procedures work with.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace automation {
+
+using Integer = std::int16_t;
+using Long = std::int32_t;
+using String = std::u16string;
+using String_View = std::u16string_view;
+
+} // namespace automation

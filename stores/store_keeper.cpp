@@ -1,0 +1,121 @@
+// Which store the components of this process stand on.
+#include <cstdlib>
+#include <filesystem>
+#include <mutex>
+
+#include "automation/text.h"
+#include "components.h"
+
+namespace stores {
+
+namespace {
+
+using automation::Long;
+using automation::Status;
+using automation::Variant;
+
+std::mutex use_lock;
+Shared_Store in_use; // null: none has been asked for
+// An unloaded module would have forgotten which store it was.
+std::optional<automation::Keep_Module> keep;
+
+// A relative path in XDG_DATA_HOME does not count.
+std::filesystem::path Data_Folder() {
+    if (const char* data = std::getenv("XDG_DATA_HOME"); data && *data == '/')
+        return data;
+    if (const char* home = std::getenv("HOME"); home && *home == '/')
+        return std::filesystem::path(home) / ".local" / "share";
+    throw Store_Error(Store_Error::Reason::Unusable,
+                      "there is no home folder for your own store; set HOME or name a store with --store");
+}
+
+std::string Own_Store() {
+    return "sqlite:" + (Data_Folder() / "style-editor" / "store.db").string();
+}
+
+Shared_Store Open_Or_Create(const std::string& name) {
+    try {
+        return Store::Open(name);
+    } catch (const Store_Error& error) {
+        if (error.Why != Store_Error::Reason::Missing)
+            throw;
+    }
+    try {
+        return Store::Create(name);
+    } catch (const Store_Error& error) {
+        if (error.Why != Store_Error::Reason::Already_There) // another run was faster
+            throw;
+    }
+    return Store::Open(name);
+}
+
+// One line for a person, as the description.
+template <typename Body>
+auto Explained(Body&& body) {
+    try {
+        return body();
+    } catch (const Store_Error& error) {
+        throw automation::Failure(automation::Status_Unspecified,
+                                  automation::From_UTF8_Replacing(error.what()));
+    }
+}
+
+// Under the lock.
+void Set(Shared_Store store) {
+    in_use = std::move(store);
+    if (!in_use)
+        keep.reset();
+    else if (!keep)
+        keep.emplace();
+}
+
+class Keeper final : public Component<interfaces::Store_Keeper> {
+public:
+    Status Open(const Variant& Location) override {
+        return Serve([&] {
+            Use_Store(Explained([&] {
+                return Is_Own(Location) ? Open_Or_Create(Own_Store()) : Store::Open(Name(Location));
+            }));
+        });
+    }
+    Status Create(const Variant& Location, Long Nodes, automation::Text& Result) override {
+        return Serve([&] {
+            Result = automation::Text(automation::From_UTF8_Replacing(Explained([&] {
+                const std::string name = Is_Own(Location) ? Own_Store() : Name(Location);
+                Store::Create(name, Nodes == interfaces::Sample_Nodes ? std::nullopt : std::optional(Nodes));
+                return name;
+            })));
+        });
+    }
+    Status Close(Automation_Boolean& Closed) override {
+        return Serve([&] {
+            const std::lock_guard hold(use_lock);
+            Closed = in_use ? AUTOMATION_TRUE : AUTOMATION_FALSE;
+            Set(nullptr);
+        });
+    }
+
+private:
+    static bool Is_Own(const Variant& location) { return location.Type() == automation::Variant_Type::Empty; }
+    static std::string Name(const Variant& location) { return automation::To_UTF8(location.To_Text()); }
+};
+
+} // namespace
+
+void Use_Store(std::shared_ptr<Store> store) {
+    const std::lock_guard hold(use_lock);
+    Set(std::move(store));
+}
+
+Shared_Store Current_Store() {
+    const std::lock_guard hold(use_lock);
+    if (!in_use)
+        Set(Explained([] { return Open_Or_Create(Own_Store()); }));
+    return in_use;
+}
+
+New_Object Make_Store_Keeper() {
+    return automation::Make_Object<Keeper>();
+}
+
+} // namespace stores

@@ -1,0 +1,61 @@
+// The window as a module, so that a host without a screen never loads Qt.
+#include "automation/server.h"
+
+#include "automation/text.h"
+#include "toolkit/display_source.h"
+#include "window/qt_display.h"
+
+namespace {
+
+using automation::Status;
+
+// Qt's threads and statics do not survive the loss of their code: once it runs, the module stays.
+std::unique_ptr<toolkit::Display> Open_Window_Display() {
+    static const auto* const forever = new automation::Keep_Module;
+    static_cast<void>(forever);
+    static char name[] = "style-editor";
+    static char* names[] = {name, nullptr};
+    static int count = 1;
+    return window::Create_Qt_Display(count, names);
+}
+
+class Source final : public automation::Object<toolkit::Display_Source> {
+public:
+    Status Open_Display(toolkit::Display*& display) override {
+        return Explained([&] { display = Open_Window_Display().release(); });
+    }
+    Status Save_Picture(toolkit::Form& form, const automation::Variant& path) override {
+        return Explained([&] {
+            if (!for_pictures)
+                for_pictures = Open_Window_Display();
+            window::Save_Picture(form, automation::To_UTF8(path.To_Text()));
+        });
+    }
+
+private:
+    template <typename Body>
+    static Status Explained(Body&& body) {
+        return automation::Guard(Program_Identity, [&] {
+            try {
+                body();
+            } catch (const window::Cannot_Show& error) {
+                throw automation::Failure(automation::Status_Unspecified,
+                                          automation::From_UTF8_Replacing(error.what()));
+            }
+        });
+    }
+
+    std::unique_ptr<toolkit::Display> for_pictures;
+};
+
+automation::Reference<automation::Unknown> Create_Source() {
+    return automation::Make_Object<Source>();
+}
+
+const automation::Server_Class Classes[] = {{toolkit::Display_Source::Program_Identity.data(),
+                                             toolkit::Display_Source::Class_Identity, Create_Source,
+                                             u"Both"}};
+
+} // namespace
+
+AUTOMATION_SERVER(Classes)
