@@ -67,6 +67,10 @@ struct Parser {
     bool Window = false;
     CLI::App* Editing = App.add_subcommand("edit", "Open the editor in a window");
     CLI::App* Playing = App.add_subcommand("play", "Run an editing script");
+    Strings_Command Strings;
+    CLI::App* Translating = App.add_subcommand("strings", "Help with a string table");
+    CLI::App* Checking = Translating->add_subcommand("check", "Say what is wrong with a string table");
+    CLI::App* Picturing = Translating->add_subcommand("picture", "Draw the dialog with a string table");
     Register_Command Registration;
     List_Command List;
     CLI::App* Registering = App.add_subcommand("register", "Register the classes of modules");
@@ -77,15 +81,17 @@ struct Parser {
 
     Parser() {
         App.set_help_flag("--help", "Print this help");
-        for (CLI::App* command :
-             {Editing, Playing, Storing, Initialising, Registering, Unregistering, Listing})
+        for (CLI::App* command : {Editing, Playing, Storing, Initialising, Registering, Unregistering,
+                                  Listing, Translating, Checking, Picturing})
             command->set_help_flag("--help", "Print this help");
         App.set_version_flag("--version", "style-editor " STYLE_EDITOR_VERSION);
         App.require_subcommand(0, 1);
         Storing->require_subcommand(0, 1);
+        Translating->require_subcommand(0, 1);
         Add_Edit();
         Add_Play();
         Add_Init();
+        Add_Strings();
         Add_Registration(*Registering);
         Add_Registration(*Unregistering);
         Listing->add_option("PROGID", List.Classes, "Explain these classes instead");
@@ -106,6 +112,14 @@ struct Parser {
         Text_Option(*Playing, "--picture", Play.Picture, "FILE",
                     "Draw the dialog as the script last left it into this PNG file");
         Playing->add_flag("--window", Window, "Not available in this build");
+    }
+
+    void Add_Strings() {
+        for (CLI::App* command : {Checking, Picturing})
+            command->add_option("FILE", Strings.File, "The string table")->required();
+        Picturing->add_option("PNG", Strings.Picture, "The picture's file")->required();
+        Number_Option<Integer>(*Picturing, "--language", Strings.Language, 1, INT16_MAX,
+                               "Language; without it the table's first");
     }
 
     void Add_Registration(CLI::App& app) {
@@ -133,7 +147,10 @@ struct Parser {
             return Registration;
         if (*Listing)
             return List;
-        throw Usage_Error("say what to do: edit, play SCRIPT, store init, register, unregister or list; see "
+        if (*Checking || *Picturing)
+            return Strings;
+        throw Usage_Error("say what to do: edit, play SCRIPT, store init, strings, register, "
+                          "unregister or list; see "
                           "style-editor --help");
     }
 };

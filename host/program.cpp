@@ -8,27 +8,18 @@
 #include "host/box_reporter.h"
 #include "host/script_player.h"
 #include "host/setup.h"
+#include "installed_display.h"
 #include "own_modules.h"
+#include "painter.h"
 #include "registering.h"
 #include "style_node/control_names.h"
 #include "text_file.h"
 #include "toolkit/display_source.h"
+#include "translation.h"
 
 namespace host {
 
 namespace {
-
-// Makes a Display the thread's own; its forms go before it does.
-class Installed_Display {
-public:
-    explicit Installed_Display(toolkit::Display& display) { toolkit::Set_Display(&display); }
-    ~Installed_Display() {
-        toolkit::Discard_All_Forms();
-        toolkit::Set_Display(nullptr);
-    }
-    Installed_Display(const Installed_Display&) = delete;
-    Installed_Display& operator=(const Installed_Display&) = delete;
-};
 
 void Complain(const Streams& streams, const std::string& message) {
     streams.Errors << "style-editor: " << message << std::endl;
@@ -48,38 +39,6 @@ std::vector<Command> Load_Script(const std::string& name, std::istream& standard
 } catch (const Script_Error& error) {
     throw Usage_Error((name == "-" ? "standard input" : name) + ", " + error.what());
 }
-
-// One line about a failure of the editor's surroundings, for a person.
-std::string Explanation(const automation::Failure& failure) {
-    return automation::To_UTF8(failure.Reason.empty() ? failure.Description : failure.Reason);
-}
-
-// Draws the dialog into a file whenever the script has done a step. What goes wrong is kept: it is no error
-// of the component that is on the stack.
-class Painter {
-public:
-    explicit Painter(const std::string& path) : path(automation::From_UTF8_Replacing(path)) {}
-
-    void Paint(toolkit::Form& form) {
-        try {
-            if (!source)
-                source = automation::Create_Bound<toolkit::Display_Source>(
-                    toolkit::Display_Source::Program_Identity);
-            automation::Check(source->Save_Picture(form, path));
-        } catch (const automation::Failure& failure) {
-            problem = Explanation(failure);
-        }
-    }
-    void Check() const {
-        if (!problem.empty())
-            throw Start_Error(problem);
-    }
-
-private:
-    const automation::Variant path;
-    automation::Reference<toolkit::Display_Source> source;
-    std::string problem;
-};
 
 int Run(const Play_Command& command, const Streams& streams) {
     auto script = Load_Script(command.Script, streams.In);
@@ -113,11 +72,17 @@ int Report(const Job_Outcome& outcome, const Streams& streams) {
     return status::Shown_Failed;
 }
 
+std::unique_ptr<toolkit::Display> Open_Window() try {
+    return toolkit::Open_Display();
+} catch (const automation::Failure& failure) {
+    throw Start_Error(automation::To_UTF8(failure.Reason.empty() ? failure.Description : failure.Reason));
+}
+
 int Run(const Edit_Command& command, const Streams& streams) {
     Transcript transcript(streams.Out);
     Setup setup(command.Common, transcript);
     Offer_Own_Modules();
-    const auto display = toolkit::Open_Display();
+    const auto display = Open_Window();
     setup.Start();
     Box_Reporter reporter(*display, transcript);
     const Installed_Display installed(command.Common.Trace ? reporter : *display);
@@ -137,6 +102,13 @@ int Run(const Register_Command& command, const Streams& streams) {
 
 int Run(const List_Command& command, const Streams& streams) {
     return List(command, streams.Out) ? status::OK : status::Class_Not_Found;
+}
+
+int Run(const Strings_Command& command, const Streams& streams) {
+    if (command.Picture.empty())
+        return Check_Strings(command, streams.Out) ? status::OK : status::Strings_Wrong;
+    Picture_Strings(command, streams.Out);
+    return status::OK;
 }
 
 int Run(const Information& information, const Streams& streams) {

@@ -56,34 +56,30 @@ bool Has_Screen() {
     return Is_Set("DISPLAY") || Is_Set("WAYLAND_DISPLAY") || Is_Set("QT_QPA_PLATFORM");
 }
 
-std::unique_ptr<Display> Own_Display() {
-    try {
-        if (Has_Screen())
-            return Open_Display();
-        return std::make_unique<No_Display>();
-    } catch (const automation::Failure& failure) {
-        return std::make_unique<Failed_Display>(failure);
-    }
+// The reason goes into the description, where whoever reads the error record sees it.
+automation::Failure No_Window(const automation::Failure& failure) {
+    return automation::Failure(automation::Status_Unspecified,
+                               u"There is no window to show the dialog in: " +
+                                   (failure.Reason.empty() ? failure.Description : failure.Reason));
 }
 
-// With the reason in the description, where whoever reads the error record sees it.
-[[noreturn]] void Refuse(const automation::Failure& failure) {
-    throw automation::Failure(automation::Status_Unspecified,
-                              u"There is no window to show the dialog in: " +
-                                  (failure.Reason.empty() ? failure.Description : failure.Reason));
+std::unique_ptr<Display> Own_Display() {
+    if (!Has_Screen())
+        return std::make_unique<No_Display>();
+    try {
+        return Open_Display();
+    } catch (const automation::Failure& failure) {
+        return std::make_unique<Failed_Display>(No_Window(failure));
+    }
 }
 
 } // namespace
 
 std::unique_ptr<Display> Open_Display() {
-    try {
-        const auto source = automation::Create_Bound<Display_Source>(Display_Source::Program_Identity);
-        Display* display = nullptr;
-        automation::Check(source->Open_Display(display));
-        return std::unique_ptr<Display>(display);
-    } catch (const automation::Failure& failure) {
-        Refuse(failure);
-    }
+    const auto source = automation::Create_Bound<Display_Source>(Display_Source::Program_Identity);
+    Display* display = nullptr;
+    automation::Check(source->Open_Display(display));
+    return std::unique_ptr<Display>(display);
 }
 
 Display& Current_Display() {

@@ -48,13 +48,20 @@ struct List_Command {
     std::vector<std::string> Classes; // programmatic identifiers to explain; none: list what is registered
 };
 
+// strings check FILE, strings picture FILE PNG
+struct Strings_Command {
+    std::string File;
+    std::string Picture;             // empty: check
+    std::optional<Integer> Language; // of the picture; without it the file's first
+};
+
 // The help or the version, to be printed.
 struct Information {
     std::string Text;
 };
 
-using Command_Line =
-    std::variant<Edit_Command, Play_Command, Store_Init_Command, Register_Command, List_Command, Information>;
+using Command_Line = std::variant<Edit_Command, Play_Command, Store_Init_Command, Register_Command,
+                                  List_Command, Strings_Command, Information>;
 
 // `arguments` without the program's name. Throws Usage_Error.
 Command_Line Parse_Command_Line(const std::vector<std::string>& arguments);
