@@ -86,7 +86,8 @@ int Run(const Edit_Command& command, const Streams& streams) {
     setup.Start();
     Box_Reporter reporter(*display, transcript);
     const Installed_Display installed(command.Common.Trace ? reporter : *display);
-    return Report(Run_Job(Create_Editor(), command.Wanted), streams);
+    style_node::Editor editor;
+    return Report(Run_Job(editor, command.Wanted), streams);
 }
 
 int Run(const Store_Init_Command& command, const Streams& streams) {

@@ -37,10 +37,10 @@ bool Script_Player::Run(std::vector<Command> script) {
     commands = std::move(script);
     next = 0;
     stayed_up = false;
-    editor = Create_Editor();
+    editor.emplace();
     while (next < commands.size())
         Run_Next();
-    editor = nullptr;
+    editor.reset();
     return !stayed_up;
 }
 
@@ -74,11 +74,10 @@ Script_Player::Refusal Script_Player::Call_Host(const Command& command) {
     if (command.Action == Verb::Shown) {
         Play_Job(command);
     } else if (command.Action == Verb::New) {
-        editor = nullptr;
-        editor = Create_Editor();
+        editor.reset(); // before the new one, as a host that holds one object does
+        editor.emplace();
     } else {
-        auto blind = command.Arguments[0].Number ? style_node::True : style_node::False;
-        automation::Check(editor->Put_SupervisedType_Blind(blind));
+        editor->Set_SupervisedType_Blind(command.Arguments[0].Number != 0);
     }
     return {};
 }
@@ -92,7 +91,7 @@ void Script_Player::Play_Job(const Command& command) {
     if (given.size() > 3)
         job.Language_ID = static_cast<Integer>(given[3].Number);
     job.Silent_Error = given.size() > 4;
-    transcript.Result(Run_Job(editor, job));
+    transcript.Result(Run_Job(*editor, job));
 }
 
 toolkit::Form* Script_Player::Loaded_Form() const {

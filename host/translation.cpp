@@ -94,7 +94,8 @@ public:
             static_cast<void>(toolkit::user_input::Close(form));
         };
         const Installed_Display installed(display);
-        const auto outcome = Run_Job(Create_Editor(), {.Language_ID = language, .Silent_Error = true});
+        style_node::Editor editor;
+        const auto outcome = Run_Job(editor, {.Language_ID = language, .Silent_Error = true});
         return outcome.Shown ? std::nullopt : std::optional(outcome.Error_Description);
     }
 

@@ -4,7 +4,7 @@
 // automation::Failure.
 #pragma once
 
-#include "style_node/busyness_rules.h"
+#include "style_node/editor.h"
 
 namespace host {
 
@@ -32,10 +32,7 @@ struct Job_Outcome {
     bool SupervisedType_Blind = false;
 };
 
-using Editor = automation::Reference<style_node::_Busyness_Rules>;
-
-Editor Create_Editor();
 // Blocks while the dialog is up.
-Job_Outcome Run_Job(const Editor& editor, const Job& job);
+Job_Outcome Run_Job(style_node::Editor& editor, const Job& job);
 
 } // namespace host

@@ -42,7 +42,7 @@ private:
 
     Script_Display& display;
     Transcript& transcript;
-    Editor editor;
+    std::optional<style_node::Editor> editor; // the host's one object
     std::vector<Command> commands;
     std::size_t next = 0;
     toolkit::Form* modal = nullptr;
