@@ -13,9 +13,9 @@ namespace host {
 void Offer_Own_Modules() {
     const std::filesystem::path folder = classes::Platform_Folder() + "/style-node";
     using Editor = style_node::_Busyness_Rules;
-    using Window = toolkit::Display_Source;
     classes::Offer_Module(Editor::Program_Identity, Editor::Class_Identity, folder / "KOR_STYLE_Node.so");
-    classes::Offer_Module(Window::Program_Identity, Window::Class_Identity, folder / "Style_Window.so");
+    classes::Offer_Module(toolkit::Window_Identity, toolkit::Window_Class, folder / "Style_Window.so");
+    classes::Offer_Module(toolkit::Terminal_Identity, toolkit::Terminal_Class, folder / "Style_Terminal.so");
     const auto stand_ins = folder / "Product_Stand_Ins.so";
     if (!exists(stand_ins))
         return;

@@ -8,10 +8,9 @@ namespace host {
 
 void Painter::Paint(toolkit::Form& form) {
     try {
-        if (!source)
-            source =
-                automation::Create_Bound<toolkit::Display_Source>(toolkit::Display_Source::Program_Identity);
-        automation::Check(source->Save_Picture(form, path));
+        if (!maker)
+            maker = automation::Create_Bound<toolkit::Picture_Maker>(toolkit::Window_Identity);
+        automation::Check(maker->Save_Picture(form, path));
     } catch (const automation::Failure& failure) {
         problem = automation::To_UTF8(failure.Reason.empty() ? failure.Description : failure.Reason);
     }

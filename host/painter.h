@@ -20,7 +20,7 @@ public:
 
 private:
     const automation::Variant path;
-    automation::Reference<toolkit::Display_Source> source;
+    automation::Reference<toolkit::Picture_Maker> maker;
     std::string problem;
 };
 

@@ -19,7 +19,7 @@ std::unique_ptr<toolkit::Display> Open_Window_Display() {
     return window::Create_Qt_Display(count, names);
 }
 
-class Source final : public automation::Object<toolkit::Display_Source> {
+class Source final : public automation::Object<toolkit::Display_Source, toolkit::Picture_Maker> {
 public:
     Status Open_Display(toolkit::Display*& display) override {
         return Explained([&] { display = Open_Window_Display().release(); });
@@ -35,7 +35,7 @@ public:
 private:
     template <typename Body>
     static Status Explained(Body&& body) {
-        return automation::Guard(Program_Identity, [&] {
+        return automation::Guard(toolkit::Window_Identity, [&] {
             try {
                 body();
             } catch (const window::Cannot_Show& error) {
@@ -49,12 +49,11 @@ private:
 };
 
 automation::Reference<automation::Unknown> Create_Source() {
-    return automation::Make_Object<Source>();
+    return automation::Reference<toolkit::Display_Source>(automation::Make_Object<Source>());
 }
 
-const automation::Server_Class Classes[] = {{toolkit::Display_Source::Program_Identity.data(),
-                                             toolkit::Display_Source::Class_Identity, Create_Source,
-                                             u"Both"}};
+const automation::Server_Class Classes[] = {
+    {toolkit::Window_Identity.data(), toolkit::Window_Class, Create_Source, u"Both"}};
 
 } // namespace
 

@@ -75,8 +75,8 @@ std::unique_ptr<Display> Own_Display() {
 
 } // namespace
 
-std::unique_ptr<Display> Open_Display() {
-    const auto source = automation::Create_Bound<Display_Source>(Display_Source::Program_Identity);
+std::unique_ptr<Display> Open_Display(String_View program_identity) {
+    const auto source = automation::Create_Bound<Display_Source>(program_identity);
     Display* display = nullptr;
     automation::Check(source->Open_Display(display));
     return std::unique_ptr<Display>(display);
