@@ -84,9 +84,10 @@ function(server_module name)
     add_library(${name} MODULE ${arg_SOURCES})
     target_compile_options(${name} PRIVATE -fvisibility=hidden)
     target_link_libraries(${name} PRIVATE ${arg_LAYERS} layer_options)
-    # The sanitizers' own symbols come from the program.
-    target_link_options(${name} PRIVATE -Wl,--version-script=${map}
-                        $<$<NOT:$<BOOL:${STYLE_NODE_SANITIZE}>>:-Wl,-z,defs>)
+    target_link_options(${name} PRIVATE -Wl,--version-script=${map})
+    if(NOT STYLE_NODE_SANITIZE) # the sanitizers' own symbols come from the program
+        target_link_options(${name} PRIVATE -Wl,-z,defs)
+    endif()
     set_target_properties(${name} PROPERTIES PREFIX "" LINK_DEPENDS ${map}
                           LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/${MODULE_FOLDER}
                           INSTALL_RPATH "$ORIGIN/..")
