@@ -47,7 +47,7 @@ private:
 
 Combo_View::Combo_View(toolkit::Combo_Box& combo, QWidget* parent, Input& input)
     : Control_View(combo, new Combo(parent, entries)), combo(combo), shown(static_cast<Combo&>(Widget())),
-      entries(combo) {
+      entries(combo, input) {
     shown.setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     shown.setEditable(combo.Is_Editable());
     shown.setInsertPolicy(QComboBox::NoInsert);
@@ -123,7 +123,7 @@ List_View::List_View(toolkit::List_Box& list, QWidget* parent, Input& input)
                                           toolkit::user_input::Pick(this->list, index);
                                       });
                                   })),
-      list(list), shown(static_cast<QListView&>(Widget())), entries(list) {
+      list(list), shown(static_cast<QListView&>(Widget())), entries(list, input) {
     shown.setUniformItemSizes(true);
     shown.setEditTriggers(QAbstractItemView::NoEditTriggers);
     shown.setModel(&entries);

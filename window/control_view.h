@@ -19,7 +19,11 @@ public:
     virtual ~Input() = default;
     // Runs a verb, unless the widgets are only just being brought up to date; after it they show whatever the
     // form holds. Nothing escapes from it. The form may be gone when it returns.
+    // It also may return before the verb has ended, when that waits for a person: what the verb uses has to
+    // outlive its caller.
     virtual void Perform(const std::function<void()>& verb) = 0;
+    // The controls may be read.
+    virtual bool May_Read() const = 0;
 };
 
 class Control_View {

@@ -1,5 +1,6 @@
 #include "entry_model.h"
 
+#include "control_view.h"
 #include "qt_text.h"
 #include "toolkit/control.h"
 
@@ -7,6 +8,7 @@ namespace window {
 
 void Entry_Model::Reset() {
     beginResetModel();
+    drawn.clear();
     rows = list ? list->Count() : 0;
     endResetModel();
 }
@@ -19,7 +21,8 @@ void Entry_Model::Detach() {
 QString Entry_Model::Longest() const {
     const toolkit::String none;
     const toolkit::String* longest = &none;
-    for (automation::Long at = 0; list && at < list->Count(); ++at)
+    const automation::Long count = list && input.May_Read() ? list->Count() : 0;
+    for (automation::Long at = 0; at < count; ++at)
         if (list->Item(at).size() > longest->size())
             longest = &list->Item(at);
     return To_Qt(*longest);
@@ -30,12 +33,17 @@ int Entry_Model::rowCount(const QModelIndex& parent) const {
 }
 
 QVariant Entry_Model::data(const QModelIndex& index, int role) const {
+    if (!list || !index.isValid() || (role != Qt::DisplayRole && role != Qt::EditRole))
+        return {};
+    if (!input.May_Read())
+        return drawn.value(index.row());
     // Between a change and the reset the views may ask for an entry that is no more.
-    if (!list || !index.isValid() || index.row() >= list->Count())
+    if (index.row() >= list->Count())
         return {};
-    if (role != Qt::DisplayRole && role != Qt::EditRole)
-        return {};
-    return To_Qt(list->Item(index.row()));
+    constexpr int More_Than_A_View_Shows = 200;
+    if (drawn.size() > More_Than_A_View_Shows)
+        drawn.clear();
+    return *drawn.insert(index.row(), To_Qt(list->Item(index.row())));
 }
 
 } // namespace window

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QAbstractListModel>
+#include <QHash>
 
 namespace toolkit {
 class List_Control;
@@ -9,9 +10,11 @@ class List_Control;
 
 namespace window {
 
+class Input;
+
 class Entry_Model final : public QAbstractListModel {
 public:
-    explicit Entry_Model(const toolkit::List_Control& list) : list(&list) {}
+    Entry_Model(const toolkit::List_Control& list, const Input& input) : list(&list), input(input) {}
 
     // The entries have changed.
     void Reset();
@@ -26,7 +29,9 @@ public:
 
 private:
     const toolkit::List_Control* list;
-    int rows = 0; // as the views were told, until the next reset
+    const Input& input;
+    mutable QHash<int, QString> drawn; // what was asked for last, for when the list may not be read
+    int rows = 0;                      // as the views were told, until the next reset
 };
 
 } // namespace window

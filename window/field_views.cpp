@@ -59,9 +59,9 @@ void Line_Editing::Show() {
 }
 
 void Line_Editing::Edited() {
-    input.Perform([this] {
+    input.Perform([this, text = From_Qt(line.text()), caret = line.cursorPosition()] {
         view.Touch();
-        user_input::Edit(field, From_Qt(line.text()), static_cast<std::size_t>(line.cursorPosition()));
+        user_input::Edit(field, text, static_cast<std::size_t>(caret));
     });
 }
 
@@ -70,9 +70,9 @@ int Line_Editing::Caret() const {
 }
 
 void Line_Editing::Caret_Moved() {
-    input.Perform([this] {
-        if (line.text() == To_Qt(field.Text())) // otherwise an edit is under way and brings its own caret
-            field.Set_Selection_Start(static_cast<std::size_t>(Caret()));
+    input.Perform([this, text = From_Qt(line.text()), caret = Caret()] {
+        if (text == field.Text()) // otherwise an edit is under way and brings its own caret
+            field.Set_Selection_Start(static_cast<std::size_t>(caret));
     });
 }
 
@@ -98,7 +98,7 @@ void Option_View::Show() {
 }
 
 void Option_View::Pick(toolkit::Option_Button& picked) {
-    input.Perform([&] {
+    input.Perform([this, &picked] {
         Touch();
         user_input::Press(picked);
     });

@@ -7,6 +7,7 @@
 #include <QScopedValueRollback>
 #include <QScreen>
 #include <QStyleOptionComboBox>
+#include <QWindow>
 
 #include <algorithm>
 #include <utility>
@@ -22,6 +23,8 @@ namespace user_input = toolkit::user_input;
 using toolkit::Control;
 
 namespace {
+
+constexpr int Soon = 20; // milliseconds
 
 class Form_Style final : public QProxyStyle {
 public:
@@ -66,6 +69,11 @@ private:
 };
 
 } // namespace
+
+automation::Failure Application_Ended() {
+    return automation::Failure(automation::Status_Unspecified,
+                               u"The application ended while the dialog was up");
+}
 
 class Form_Window::Form_Dialog final : public QDialog {
 public:
@@ -121,8 +129,9 @@ private:
     Form_Window& window;
 };
 
-Form_Window::Form_Window(toolkit::Form& form)
-    : form(&form), style(std::make_unique<Form_Style>()), dialog(std::make_unique<Form_Dialog>(*this)) {
+Form_Window::Form_Window(toolkit::Form& form, Runner& runner)
+    : form(&form), runner(runner), style(std::make_unique<Form_Style>()),
+      dialog(std::make_unique<Form_Dialog>(*this)) {
     dialog->setFont(Stand_In(form.Face()));
     dialog->setWindowIcon(QPixmap::fromImage(Picture_Of(form, toolkit::Icon_Picture)));
     at_next_turn.setSingleShot(true);
@@ -192,8 +201,7 @@ void Form_Window::Form_Changed(toolkit::Property property) {
         return Changed();
     if (!form->Is_Visible()) {
         dialog->hide();
-        if (loop)
-            loop->quit();
+        Over();
     }
 }
 
@@ -202,8 +210,12 @@ void Form_Window::Detach() {
     for (const auto& view : views)
         view->Detach();
     dialog->hide();
-    if (loop)
-        loop->quit();
+    Over();
+}
+
+void Form_Window::Over() {
+    if (when_over)
+        when_over();
 }
 
 void Form_Window::Changed() {
@@ -214,7 +226,11 @@ void Form_Window::Changed() {
 
 void Form_Window::Refresh() {
     at_next_turn.stop();
-    if (!form || showing || !std::exchange(changed, false))
+    if (!form)
+        return;
+    if (!May_Read())
+        return at_next_turn.start(Soon);
+    if (showing || !std::exchange(changed, false))
         return;
     const QScopedValueRollback guard(showing, true);
     Show_Form();
@@ -259,52 +275,67 @@ void Form_Window::Show_Focus() {
         actual->clearFocus();
 }
 
-void Form_Window::Run() {
+void Form_Window::Lie_Over(const Form_Window* lower) {
+    dialog->setWindowModality(Qt::WindowModal);
+    dialog->winId(); // now it has a handle
+    if (lower)
+        dialog->windowHandle()->setTransientParent(lower->dialog->windowHandle());
+}
+
+void Form_Window::Open(std::function<void()> tell_over) {
+    when_over = std::move(tell_over);
     Refresh();
     Pointer_Changed();
-    QEventLoop running;
-    loop = &running;
     dialog->show();
     dialog->activateWindow();
-    running.exec();
-    loop = nullptr;
+}
+
+void Form_Window::Close() {
+    when_over = nullptr;
     dialog->hide();
     if (failure)
         std::rethrow_exception(std::exchange(failure, nullptr));
     if (form && form->Is_Visible())
-        throw automation::Failure(automation::Status_Unspecified,
-                                  u"The application ended while the dialog was up");
+        throw Application_Ended();
 }
 
 void Form_Window::Perform(const std::function<void()>& verb) {
-    if (!form || showing || failure)
+    if (!form || showing || failure || !May_Read())
         return;
-    const auto keep = form->shared_from_this();
     changed = true;
-    try {
+    const auto keeping = [verb, form = form] {
+        const auto keep = form->shared_from_this();
         verb();
+    };
+    runner.Run(keeping, [this](const std::exception_ptr& thrown) { Settle(thrown); });
+}
+
+void Form_Window::Settle(const std::exception_ptr& thrown) {
+    try {
+        if (thrown)
+            std::rethrow_exception(thrown);
         Refresh();
     } catch (const toolkit::Form_Gone&) {
     } catch (...) {
         failure = std::current_exception();
-        if (loop)
-            loop->quit();
+        Over();
     }
 }
 
 void Form_Window::Focus_Came(Control_View& view) {
-    Perform([&] { user_input::Focus(view.Shown()); });
+    Perform([&control = view.Shown()] { user_input::Focus(control); });
 }
 
 bool Form_Window::Key_Came(Control_View* view, int key, bool repeated) {
-    if (!form)
+    if (!form || !May_Read())
         return true;
     const bool enter = key == Qt::Key_Return || key == Qt::Key_Enter;
     if (!enter && key != Qt::Key_Escape)
         return view && view->Key_Pressed(key);
     if (!repeated)
-        Perform(
-            [&] { user_input::Press_Key(*form, enter ? user_input::Key::Enter : user_input::Key::Escape); });
+        Perform([this, enter] {
+            user_input::Press_Key(*form, enter ? user_input::Key::Enter : user_input::Key::Escape);
+        });
     return true;
 }
 
@@ -329,7 +360,7 @@ Control* Previous_Tab_Stop(const toolkit::Form& form) {
 } // namespace
 
 void Form_Window::Tab_Came(bool forward) {
-    Perform([&] {
+    Perform([this, forward] {
         if (forward)
             user_input::Press_Key(*form, user_input::Key::Tab);
         else if (Control* previous = Previous_Tab_Stop(*form))
@@ -338,7 +369,7 @@ void Form_Window::Tab_Came(bool forward) {
 }
 
 void Form_Window::Close_Came() {
-    Perform([&] { user_input::Close(*form); });
+    Perform([this] { user_input::Close(*form); });
 }
 
 } // namespace window

@@ -2,27 +2,33 @@
 //
 // Changes are collected and shown in one go: after each verb, before anything blocks, and otherwise when the
 // event loop is reached again. A verb may unload the form while Qt is inside the handler of one of the
-// widgets, so whoever runs the window keeps it until the event loop has ended.
+// widgets, so whoever runs the window keeps it until the event loop has been reached again. The form may
+// belong to another thread: it is read only while the runner allows it, and used only by the runner's verbs.
 #pragma once
 
 #include <QDialog>
-#include <QEventLoop>
 #include <QStyle>
 #include <QTimer>
 
 #include <exception>
+#include <functional>
 #include <optional>
 #include <unordered_map>
 #include <vector>
 
 #include "control_view.h"
+#include "runner.h"
 #include "toolkit/user_input.h"
 
 namespace window {
 
+// What a modal dialog ends with when its event loop does.
+automation::Failure Application_Ended();
+
 class Form_Window final : public Input {
 public:
-    explicit Form_Window(toolkit::Form& form);
+    // `runner` outlives it.
+    Form_Window(toolkit::Form& form, Runner& runner);
     ~Form_Window() override;
 
     QWidget& Dialog() const;
@@ -32,15 +38,21 @@ public:
     void Form_Changed(toolkit::Property property);
     void Focus_Changed();
     void Pointer_Changed();
-    // The form goes: nothing touches it any more, and Run ends.
+    // The form goes: nothing touches it any more, and it is over.
     void Detach();
 
     // Shows what has changed since the last time.
     void Refresh();
-    // Takes input until the form is hidden or gone. Throws what a handler threw.
-    void Run();
+    // The dialog is to block the one that it lies over, if any, and no other. Before Open.
+    void Lie_Over(const Form_Window* lower);
+    // Takes input until the form is hidden or gone, or a handler has thrown; `when_over` is told, perhaps
+    // more than once.
+    void Open(std::function<void()> when_over);
+    // Takes no more input. Throws what a handler threw.
+    void Close();
 
     void Perform(const std::function<void()>& verb) override;
+    bool May_Read() const override { return runner.May_Read(); }
 
 private:
     class Form_Dialog;
@@ -51,6 +63,8 @@ private:
     void Changed();
     void Show_Form();
     void Show_Focus();
+    void Settle(const std::exception_ptr& thrown);
+    void Over();
 
     // What the dialog passes on.
     void Focus_Came(Control_View& view);
@@ -59,6 +73,7 @@ private:
     void Close_Came();
 
     toolkit::Form* form; // null: gone
+    Runner& runner;
     const std::unique_ptr<QStyle> style;
     std::vector<std::unique_ptr<Control_View>> views;
     std::unordered_map<const toolkit::Control*, Control_View*> view_of;
@@ -67,7 +82,7 @@ private:
     bool changed = true;
     QTimer at_next_turn; // of the event loop
     bool showing = false;
-    QEventLoop* loop = nullptr;
+    std::function<void()> when_over;
     std::exception_ptr failure;
     std::unique_ptr<Form_Dialog> dialog; // last: the widgets go before what they look at
 };

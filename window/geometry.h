@@ -1,7 +1,9 @@
 // Twips as pixels.
 #pragma once
 
+#include <QGuiApplication>
 #include <QRect>
+#include <QScreen>
 
 #include <cmath>
 
@@ -18,6 +20,11 @@ inline QRect Pixels(const toolkit::Rectangle& place) {
     const QPoint first(Pixels(place.Left), Pixels(place.Top));
     const QPoint behind(Pixels(place.Left + place.Width), Pixels(place.Top + place.Height));
     return {first, QSize(behind.x() - first.x(), behind.y() - first.y())};
+}
+
+inline toolkit::Size Primary_Screen_Size() {
+    const QSize size = QGuiApplication::primaryScreen()->size();
+    return {size.width() * toolkit::Twips_Per_Pixel, size.height() * toolkit::Twips_Per_Pixel};
 }
 
 } // namespace window

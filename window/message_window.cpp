@@ -29,10 +29,10 @@ void Set_Buttons(QMessageBox& box, bool asks) {
     box.setDefaultButton(asks ? QMessageBox::Save : QMessageBox::Ok);
 }
 
-automation::Long Answer_Of(int button) {
-    switch (button) {
-    case QMessageBox::Ok:
+automation::Long Answer_Of(const toolkit::Message& message, int button) {
+    if (!message.Asks())
         return toolkit::answer::OK;
+    switch (button) {
     case QMessageBox::Save:
         return toolkit::answer::Save;
     case QMessageBox::Discard:
@@ -42,10 +42,8 @@ automation::Long Answer_Of(int button) {
     }
 }
 
-} // namespace
-
-automation::Long Ask(const toolkit::Message& message, QWidget* over) {
-    const QPointer box = new QMessageBox(over); // it goes with the dialog, if that goes first
+QMessageBox* Create_Box(const toolkit::Message& message, QWidget* over) {
+    auto* const box = new QMessageBox(over); // it goes with the dialog, if that goes first
     box->setFont(Stand_In({}));
     box->setTextFormat(Qt::PlainText);
     box->setText(To_Qt(message.Text));
@@ -53,9 +51,27 @@ automation::Long Ask(const toolkit::Message& message, QWidget* over) {
     box->setIcon(Icon_Of(message));
     box->setAttribute(Qt::WA_QuitOnClose, false);
     Set_Buttons(*box, message.Asks());
+    return box;
+}
+
+} // namespace
+
+automation::Long Ask(const toolkit::Message& message, QWidget* over) {
+    const QPointer box = Create_Box(message, over);
     const int button = box->exec();
     delete box;
-    return message.Asks() ? Answer_Of(button) : toolkit::answer::OK;
+    return Answer_Of(message, button);
+}
+
+QMessageBox& Put(const toolkit::Message& message, QWidget* over,
+                 const std::function<void(automation::Long)>& answered) {
+    auto* const box = Create_Box(message, over);
+    QObject::connect(box, &QDialog::finished, box, [message, box, answered](int button) {
+        box->deleteLater();
+        answered(Answer_Of(message, button));
+    });
+    box->open(); // blocks the dialog that it belongs to, and no other
+    return *box;
 }
 
 } // namespace window

@@ -1,16 +1,15 @@
 #include "window/qt_display.h"
 
-#include <QApplication>
-#include <QScreen>
+#include <QEventLoop>
 #include <QThread>
 
 #include <unordered_map>
 
-#include "design_font.h"
+#include "application.h"
 #include "form_window.h"
+#include "geometry.h"
 #include "message_window.h"
-#include "platform_check.h"
-#include "qt_text.h"
+#include "screen_pointer.h"
 
 namespace window {
 
@@ -19,12 +18,8 @@ namespace {
 class Qt_Display final : public toolkit::Display {
 public:
     explicit Qt_Display(std::unique_ptr<QApplication> own) : application(std::move(own)) {}
-    ~Qt_Display() override { Show_Screen_Pointer(false); }
 
-    toolkit::Size Screen_Size() const override {
-        const QSize size = QGuiApplication::primaryScreen()->size();
-        return {size.width() * toolkit::Twips_Per_Pixel, size.height() * toolkit::Twips_Per_Pixel};
-    }
+    toolkit::Size Screen_Size() const override { return Primary_Screen_Size(); }
 
     void Form_Loaded(toolkit::Form&) override {}
     void Form_Unloaded(toolkit::Form& form) override;
@@ -51,12 +46,14 @@ private:
         const auto found = windows.find(&form);
         return found == windows.end() ? nullptr : found->second.get();
     }
-    void Show_Screen_Pointer(bool busy);
+
+    static void Run(Form_Window& window);
 
     const std::unique_ptr<QApplication> application; // null: the host's
     std::unordered_map<const toolkit::Form*, std::shared_ptr<Form_Window>> windows;
     std::vector<Form_Window*> running; // the innermost last
-    bool shown_busy = false;
+    Screen_Pointer pointer;
+    Direct_Runner runner;
 };
 
 void Qt_Display::Form_Unloaded(toolkit::Form& form) {
@@ -71,14 +68,26 @@ void Qt_Display::Form_Unloaded(toolkit::Form& form) {
 void Qt_Display::Run_Modal(toolkit::Form& form) {
     auto& slot = windows[&form];
     if (!slot)
-        slot = std::make_shared<Form_Window>(form);
+        slot = std::make_shared<Form_Window>(form, runner);
     const std::shared_ptr<Form_Window> window = slot;
     struct Running {
         std::vector<Form_Window*>& Stack;
         ~Running() { Stack.pop_back(); }
     } guard{running};
     running.push_back(window.get());
-    window->Run();
+    Run(*window);
+}
+
+void Qt_Display::Run(Form_Window& window) {
+    QEventLoop loop;
+    bool over = false;
+    window.Open([&] {
+        over = true;
+        loop.quit();
+    });
+    if (!over)
+        loop.exec();
+    window.Close();
 }
 
 // A second action of a person would run handlers inside the one that waits here.
@@ -92,28 +101,9 @@ automation::Long Qt_Display::Show_Message(const toolkit::Message& message) {
 }
 
 void Qt_Display::Pointer_Changed() {
-    Show_Screen_Pointer(toolkit::screen::Mouse_Pointer() == toolkit::Pointer_Hourglass);
+    pointer.Show(toolkit::screen::Mouse_Pointer() == toolkit::Pointer_Hourglass);
     for (const auto& [form, window] : windows)
         window->Pointer_Changed();
-}
-
-void Qt_Display::Show_Screen_Pointer(bool busy) {
-    if (std::exchange(shown_busy, busy) == busy)
-        return;
-    if (busy)
-        QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-    else
-        QGuiApplication::restoreOverrideCursor();
-}
-
-std::unique_ptr<QApplication> Create_Application(int& argc, char** argv) {
-    const Platform_Check check;
-    if (!check.Obstacle().isEmpty())
-        throw Cannot_Show(check.Obstacle().toStdString());
-    auto application = std::make_unique<QApplication>(argc, argv);
-    QApplication::setStyle(QStringLiteral("Fusion"));
-    QApplication::setFont(Stand_In({}));
-    return application;
 }
 
 } // namespace
@@ -122,9 +112,7 @@ std::unique_ptr<toolkit::Display> Create_Qt_Display(int& argc, char** argv) {
     QCoreApplication* const present = QCoreApplication::instance();
     if (!present)
         return std::make_unique<Qt_Display>(Create_Application(argc, argv));
-    if (!qobject_cast<QApplication*>(present))
-        throw Cannot_Show(
-            "There is no display: the host's Qt application has no widgets; make it a QApplication");
+    Require_Widgets(*present);
     if (present->thread() != QThread::currentThread())
         throw Cannot_Show(
             "There is no display on this thread; open the window on the Qt application's thread");

@@ -3,18 +3,30 @@
 #include <QPixmap>
 #include <QThread>
 
+#include "bridged_display.h"
 #include "form_window.h"
 #include "window/qt_display.h"
 
 namespace window {
 
+namespace {
+
+void Save(toolkit::Form& form, const std::string& path, Runner& runner) {
+    Form_Window window(form, runner);
+    if (!window.Dialog().grab().save(QFile::decodeName(path.c_str()), "PNG"))
+        throw Cannot_Show("The picture " + path + " cannot be written; check the folder and its rights");
+}
+
+} // namespace
+
 void Save_Picture(toolkit::Form& form, const std::string& path) {
+    if (Done_On_Qt_Thread([&](Runner& runner) { Save(form, path, runner); }))
+        return;
     const auto* application = qobject_cast<QApplication*>(QCoreApplication::instance());
     if (!application || application->thread() != QThread::currentThread())
         throw Cannot_Show("No picture can be made without a display on this thread; create one first");
-    Form_Window window(form);
-    if (!window.Dialog().grab().save(QFile::decodeName(path.c_str()), "PNG"))
-        throw Cannot_Show("The picture " + path + " cannot be written; check the folder and its rights");
+    Direct_Runner runner;
+    Save(form, path, runner);
 }
 
 } // namespace window

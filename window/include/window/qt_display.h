@@ -29,8 +29,8 @@ struct Cannot_Show : std::runtime_error {
 std::unique_ptr<toolkit::Display> Create_Qt_Display(int& argc, char** argv);
 
 // Writes the form's client area, as a window shows it, to a PNG file. The form must be loaded, on whatever
-// Display, and a Display of Create_Qt_Display must exist. Throws Cannot_Show when there is none or the file
-// cannot be written; `path` is in the file system's encoding.
+// Display, and the calling thread must have a Display of Create_Qt_Display or Open_Display. Throws
+// Cannot_Show when there is none or the file cannot be written; `path` is in the file system's encoding.
 void Save_Picture(toolkit::Form& form, const std::string& path);
 
 } // namespace window

@@ -1,0 +1,287 @@
+// Dialogs on other threads than Qt's, used by somebody on Qt's thread.
+#include "window_fixture.h"
+
+#include <QMessageBox>
+#include <QPushButton>
+#include <QThread>
+
+#include <atomic>
+#include <filesystem>
+#include <future>
+#include <thread>
+
+#include "window/any_thread.h"
+
+namespace window_test {
+
+namespace {
+
+using namespace std::chrono_literals;
+using automation::Failure;
+
+const toolkit::Message Question{true, 1, u"Save?", 1, 3, 0, u"Question"};
+
+// Does it on Qt's thread, and waits for it.
+void On_Qt(const std::function<void()>& work) {
+    if (!QMetaObject::invokeMethod(qApp, work, Qt::BlockingQueuedConnection))
+        throw std::logic_error("Qt's thread does not answer");
+}
+
+// The dialog or message box of that title, once it is up.
+void With(const char* title, const std::function<void(QDialog&)>& hand) {
+    bool found = false;
+    const auto look = [&] {
+        for (QWidget* widget : QApplication::topLevelWidgets())
+            if (widget->isVisible() && widget->windowTitle() == QLatin1String(title)) {
+                found = true;
+                return hand(*qobject_cast<QDialog*>(widget));
+            }
+    };
+    for (int tries = 0; tries < 2000 && (On_Qt(look), !found); ++tries)
+        std::this_thread::sleep_for(5ms);
+    EXPECT_TRUE(found) << title << " is not up";
+}
+
+void Type(const char* title, const char* field, const char* text) {
+    With(title, [&](QDialog& dialog) { QTest::keyClicks(dialog.findChild<QWidget*>(field), text); });
+}
+void Click(const char* title, const char* button) {
+    With(title, [&](QDialog& dialog) {
+        QTest::mouseClick(dialog.findChild<QWidget*>(button), Qt::LeftButton, {}, {8, 8});
+    });
+}
+void Answer(const char* title, QMessageBox::StandardButton button) {
+    With(title, [&](QDialog& box) { qobject_cast<QMessageBox*>(&box)->button(button)->click(); });
+}
+
+// A thread with a Display and a form of its own; `Body` shows the form.
+class Form_Thread {
+public:
+    using Body = std::function<void(Small_Form&)>;
+    explicit Form_Thread(
+        String_View title, Body body = [](auto& form) { form.Show_Modal(); })
+        : end(std::async(std::launch::async, [title = String(title), body] {
+              const auto display = window::Open_Display();
+              toolkit::Set_Display(display.get());
+              const auto form = std::make_shared<Small_Form>();
+              form->Set_Caption(title);
+              form->On["cmdOK_Click"] = [&] { form->Hide(); };
+              body(*form);
+              toolkit::Discard_All_Forms();
+              toolkit::Set_Display(nullptr);
+          })) {}
+    void Ends() {
+        ASSERT_EQ(end.wait_for(20s), std::future_status::ready) << "it hangs";
+        end.get();
+    }
+
+private:
+    std::future<void> end;
+};
+
+class Window_Threads_Test : public testing::Test {
+protected:
+    Window_Threads_Test() { qputenv("QT_QPA_PLATFORM", "offscreen"); }
+};
+
+// The process has no Qt application; this thread keeps Qt's up in between.
+class Own_Qt_Thread_Test : public Window_Threads_Test {
+protected:
+    ~Own_Qt_Thread_Test() override {
+        On_Qt([] { EXPECT_TRUE(QApplication::topLevelWidgets().isEmpty()) << "widgets are left"; });
+    }
+    const std::unique_ptr<toolkit::Display> keeping_qt_up = window::Open_Display();
+};
+
+TEST_F(Own_Qt_Thread_Test, A_Message_Box_Holds_Up_Its_Own_Thread_Only) {
+    const auto body = [](Small_Form& form) {
+        form.On["txtName_Change"] = [&, mine = std::this_thread::get_id()] {
+            EXPECT_EQ(std::this_thread::get_id(), mine);
+            form.cmbNumber.Set_Text(form.txtName.Text());
+        };
+        form.On["cmdOther_Click"] = [&] {
+            auto question = Question;
+            question.Title = form.Caption() + u" asks";
+            EXPECT_EQ(toolkit::Show_Message(question), toolkit::answer::Save);
+            EXPECT_EQ(form.cmbNumber.Text(), String(20, u'x'));
+            form.Unload();
+        };
+        form.Show_Modal();
+        EXPECT_EQ(toolkit::Show_Message(Question), toolkit::answer::Cancel); // no form is up
+    };
+    Form_Thread first(u"First", body);
+    Form_Thread second(u"Second", body);
+    for (int at = 0; at < 20; ++at)
+        for (const char* title : {"First", "Second"})
+            Type(title, "txtName", "x");
+    for (const char* title : {"First", "Second"})
+        Click(title, "cmdOther");
+    With("First asks", [](QDialog& box) { EXPECT_EQ(box.parentWidget()->windowTitle(), "First"); });
+    With("Second asks", [](QDialog&) {});
+    Answer("First asks", QMessageBox::Save); // the one that would lie below on a stack
+    Answer("Question", QMessageBox::Cancel);
+    first.Ends();
+    Answer("Second asks", QMessageBox::Save);
+    Answer("Question", QMessageBox::Cancel);
+    second.Ends();
+}
+
+TEST_F(Own_Qt_Thread_Test, Handlers_May_Do_Anything) {
+    using Handler = std::function<void(Small_Form&)>;
+    const auto inner = [](const Handler& within) { // a second form, whose button does it
+        return [within](Small_Form& form) {
+            const auto second = std::make_shared<Small_Form>();
+            second->Set_Caption(u"Inner");
+            second->On["cmdOther_Click"] = [&] { within(form), second->Unload(); };
+            second->Show_Modal();
+        };
+    };
+    const Handler unload = [](Small_Form& form) { form.Unload(); };
+    const Handler fail = [](Small_Form&) { automation::Raise(automation::run_time::Overflow); };
+    const Handler use_display = [](Small_Form& form) {
+        form.txtName.Set_Text(u"in between");
+        toolkit::Current_Display().Process_Pending_Messages();
+        EXPECT_GT(toolkit::screen::Screen_Size().Width, 0);
+        EXPECT_THROW(window::Save_Picture(form, "/no/such/folder/x.png"), window::Cannot_Show);
+        const auto path = std::filesystem::temp_directory_path() / "window-threads-test.png";
+        window::Save_Picture(form, path.string());
+        EXPECT_EQ(QImage(QString::fromStdString(path.string())).size(), QSize(312, 300));
+        std::filesystem::remove(path);
+        form.Hide();
+    };
+    struct Case {
+        const char* Name;
+        Handler Does;
+        bool Inner;
+        bool Fails;
+        bool Gone;
+    };
+    const Case cases[] = {
+        {"unload", unload, false, false, true},
+        {"unload in a second form", inner(unload), true, false, true},
+        {"fail", fail, false, true, false},
+        {"fail in a second form", inner(fail), true, true, false},
+        {"use display", use_display, false, false, false},
+    };
+    for (const Case& row : cases) {
+        SCOPED_TRACE(row.Name);
+        Form_Thread thread(u"Form", [&](Small_Form& form) {
+            form.On["cmdOther_Click"] = [&] { row.Does(form); };
+            if (row.Fails)
+                EXPECT_THROW(form.Show_Modal(), Failure);
+            else
+                form.Show_Modal();
+            EXPECT_EQ(form.Is_Gone(), row.Gone);
+            form.Show_Modal(); // again, unless it is gone
+        });
+        Click("Form", "cmdOther");
+        if (row.Inner)
+            Click("Inner", "cmdOther");
+        if (!row.Gone)
+            Click("Form", "cmdOK");
+        thread.Ends();
+    }
+}
+
+TEST_F(Own_Qt_Thread_Test, The_Window_Is_Painted_While_A_Handler_Takes_Long) {
+    std::atomic<bool> painted = false;
+    Form_Thread thread(u"Form", [&](Small_Form& form) {
+        form.cmbPlace.Set_Selected_Index(1);
+        form.On["cmdOther_Click"] = [&] {
+            toolkit::screen::Set_Mouse_Pointer(toolkit::Pointer_Hourglass);
+            for (int at = 0; !painted && at < 1000; ++at, std::this_thread::sleep_for(5ms))
+                form.cmbPlace.Add_Item(u"another");
+            toolkit::screen::Set_Mouse_Pointer(toolkit::Pointer_Default);
+            form.Hide();
+        };
+        form.Show_Modal();
+    });
+    QImage before;
+    With("Form", [&](QDialog& dialog) {
+        before = dialog.findChild<QWidget*>("cmbPlace")->grab().toImage();
+        QTimer::singleShot(0, &dialog, [&dialog] { dialog.findChild<QPushButton*>("cmdOther")->click(); });
+    });
+    With("Form", [&](QDialog& dialog) {
+        EXPECT_NE(QGuiApplication::overrideCursor(), nullptr);
+        EXPECT_EQ(dialog.findChild<QWidget*>("cmbPlace")->grab().toImage(), before);
+        painted = true;
+    });
+    thread.Ends();
+    On_Qt([] { EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr); });
+}
+
+void Loses_Its_Window(Small_Form& form) {
+    form.On["cmdOther_Click"] = [] {
+        EXPECT_EQ(toolkit::Show_Message(Question), toolkit::answer::Not_Shown);
+    };
+    EXPECT_THROW(form.Show_Modal(), Failure);
+    EXPECT_THROW(form.Show_Modal(), Failure) << "later, too";
+    EXPECT_EQ(toolkit::Show_Message(Question), toolkit::answer::Not_Shown);
+    form.txtName.Set_Text(u"the form lives on");
+}
+
+TEST_F(Window_Threads_Test, The_Application_Ends_While_A_Dialog_Is_Up) {
+    for (const bool asked : {false, true}) {
+        SCOPED_TRACE(asked);
+        const auto keeping_qt_up = window::Open_Display();
+        Form_Thread thread(u"Form", Loses_Its_Window);
+        if (asked)
+            Click("Form", "cmdOther");
+        With(asked ? "Question" : "Form", [](QDialog&) { QCoreApplication::exit(); });
+        thread.Ends();
+    }
+    EXPECT_EQ(QCoreApplication::instance(), nullptr) << "it goes with the last display";
+}
+
+// The host has an application, on this thread, whose event loop runs until the hands are done.
+TEST_F(Window_Threads_Test, The_Application_Is_The_Hosts) {
+    int count = 1;
+    char name[] = "host";
+    char* arguments[] = {name, nullptr};
+    std::optional<QApplication> host(std::in_place, count, arguments);
+    EXPECT_GT(window::Open_Display()->Screen_Size().Width, 0) << "its own thread needs no event loop for it";
+    const auto run = [](const std::function<void()>& hands) {
+        const auto done =
+            std::async(std::launch::async, [&] { hands(), On_Qt([] { QApplication::exit(); }); });
+        QApplication::exec();
+    };
+    Form_Thread used(u"Form", [](Small_Form& form) {
+        form.Show_Modal();
+        EXPECT_EQ(form.txtName.Text(), u"abc");
+    });
+    run([&] { Type("Form", "txtName", "abc"), Click("Form", "cmdOK"), used.Ends(); });
+    Form_Thread left(u"Form", Loses_Its_Window);
+    run([] { Click("Form", "cmdOther"); });
+    left.Ends();
+    Form_Thread with_a_dialog(u"Form", Loses_Its_Window);
+    while (!QApplication::activeModalWidget())
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    host.reset();
+    with_a_dialog.Ends();
+}
+
+TEST_F(Window_Threads_Test, Starts_Quietly_Or_Says_What_Is_Missing) {
+    static QStringList warnings;
+    (void)QThread::currentThread(); // for Qt this is the main thread from now on
+    const auto former = qInstallMessageHandler(
+        [](QtMsgType, const QMessageLogContext&, const QString& text) { warnings += text; });
+    window::Open_Display().reset();
+    qWarning("heard");
+    qInstallMessageHandler(former);
+    EXPECT_TRUE(warnings.contains("heard"));
+    EXPECT_TRUE(warnings.filter("main() thread").isEmpty()) << warnings.join('\n').toStdString();
+
+    qputenv("QT_QPA_PLATFORM", "no-such-thing");
+    EXPECT_THROW(window::Open_Display(), window::Cannot_Show);
+    EXPECT_EQ(QCoreApplication::instance(), nullptr);
+    int count = 1;
+    char name[] = "host";
+    char* arguments[] = {name, nullptr};
+    const QCoreApplication without_widgets(count, arguments);
+    EXPECT_THROW(window::Open_Display(), window::Cannot_Show);
+    EXPECT_THROW(std::async(std::launch::async, window::Open_Display).get(), window::Cannot_Show);
+}
+
+} // namespace
+
+} // namespace window_test

@@ -1,0 +1,35 @@
+#include "window/any_thread.h"
+
+#include <QThread>
+
+#include "application.h"
+#include "bridged_display.h"
+#include "window/qt_display.h"
+
+namespace window {
+
+namespace {
+
+std::weak_ptr<Gui_Thread> own_thread; // under Gui_Thread::Coming_And_Going
+
+std::shared_ptr<Gui_Thread> Own_Thread() {
+    auto gui = own_thread.lock();
+    return gui && gui->Is_Running() ? gui : nullptr;
+}
+
+} // namespace
+
+std::unique_ptr<toolkit::Display> Open_Display() {
+    const std::lock_guard lock(Gui_Thread::Coming_And_Going);
+    std::shared_ptr<Gui_Thread> gui = Own_Thread();
+    if (!QCoreApplication::instance())
+        own_thread = gui = std::make_shared<Gui_Thread>();
+    QCoreApplication& application = *QCoreApplication::instance();
+    Require_Widgets(application);
+    if (application.thread() != QThread::currentThread())
+        return Create_Bridged_Display(application, std::move(gui));
+    int none = 0;
+    return Create_Qt_Display(none, nullptr);
+}
+
+} // namespace window

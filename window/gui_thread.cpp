@@ -1,0 +1,157 @@
+#include "gui_thread.h"
+
+#include <cerrno>
+#include <condition_variable>
+#include <csignal>
+#include <thread>
+#include <utility>
+
+#include "application.h"
+
+namespace window {
+
+namespace {
+
+// Qt warns of an application outside the main thread. Here that is so on purpose, and not the host's concern.
+class Without_Thread_Warning {
+public:
+    Without_Thread_Warning() { former = qInstallMessageHandler(Pass_On); }
+    ~Without_Thread_Warning() { qInstallMessageHandler(former); }
+    Without_Thread_Warning(const Without_Thread_Warning&) = delete;
+    Without_Thread_Warning& operator=(const Without_Thread_Warning&) = delete;
+
+private:
+    static void Pass_On(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+        if (!text.contains(QStringLiteral("was not created in the main() thread")))
+            former(type, context, text);
+    }
+    static inline QtMessageHandler former = nullptr;
+};
+
+std::unique_ptr<QApplication> Create_Quietly(int& argc, char** argv) {
+    const Without_Thread_Warning quiet;
+    return Create_Application(argc, argv);
+}
+
+// The host's threads take the host's signals.
+void Block_Signals() {
+    sigset_t all;
+    sigfillset(&all);
+    pthread_sigmask(SIG_BLOCK, &all, nullptr);
+}
+
+// On its own thread, when it gets there.
+void Exit(QCoreApplication& application) {
+    QMetaObject::invokeMethod(
+        &application, [] { QCoreApplication::exit(); }, Qt::QueuedConnection);
+}
+
+// Runs one job at a time, and is joined when the process or the module ends.
+class Kept_Thread {
+public:
+    static Kept_Thread& The() {
+        static Kept_Thread kept;
+        return kept;
+    }
+    ~Kept_Thread();
+    Kept_Thread(const Kept_Thread&) = delete;
+    Kept_Thread& operator=(const Kept_Thread&) = delete;
+
+    std::future<void> Start(std::function<void()> what) {
+        const std::lock_guard lock(mutex);
+        job = std::packaged_task<void()>(std::move(what));
+        changed.notify_all();
+        return job.get_future();
+    }
+
+private:
+    Kept_Thread() = default;
+    void Run();
+
+    std::mutex mutex;
+    std::condition_variable changed;
+    std::packaged_task<void()> job;
+    bool runs = false;
+    bool ends = false;
+    std::thread thread{[this] { Run(); }}; // last: it uses the others
+};
+
+void Kept_Thread::Run() {
+    Block_Signals();
+    std::unique_lock lock(mutex);
+    for (;;) {
+        changed.wait(lock, [this] { return ends || job.valid(); });
+        if (ends)
+            return;
+        auto now = std::exchange(job, {});
+        runs = true;
+        lock.unlock();
+        now();
+        lock.lock();
+        runs = false;
+    }
+}
+
+Kept_Thread::~Kept_Thread() {
+    {
+        const std::lock_guard lock(mutex);
+        ends = true;
+        changed.notify_all();
+        if (runs && QCoreApplication::instance()) // the process ends in the middle of a dialog
+            Exit(*QCoreApplication::instance());
+    }
+    if (thread.get_id() == std::this_thread::get_id())
+        thread.detach(); // Qt itself has ended the process, for want of its display
+    else
+        thread.join();
+}
+
+} // namespace
+
+Gui_Thread::Gui_Thread() {
+    std::promise<void> started;
+    ended = Kept_Thread::The().Start([this, &started] { Run(started); });
+    try {
+        started.get_future().get();
+    } catch (...) {
+        ended.wait();
+        throw;
+    }
+}
+
+void Gui_Thread::Run(std::promise<void>& started) {
+    try {
+        int count = 1;
+        char* names[] = {program_invocation_name, nullptr};
+        const auto own = Create_Quietly(count, names);
+        QApplication::setQuitOnLastWindowClosed(false);
+        Set_Application(own.get());
+        started.set_value(); // and is gone
+        QApplication::exec();
+        Set_Application(nullptr);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    } catch (...) { // before it started: exec throws nothing
+        started.set_exception(std::current_exception());
+    }
+}
+
+Gui_Thread::~Gui_Thread() {
+    {
+        const std::lock_guard lock(mutex);
+        if (application)
+            Exit(*application);
+    }
+    ended.wait();
+}
+
+void Gui_Thread::Set_Application(QCoreApplication* now) {
+    const std::lock_guard lock(mutex);
+    application = now;
+}
+
+bool Gui_Thread::Is_Running() const {
+    const std::lock_guard lock(mutex);
+    return application != nullptr;
+}
+
+} // namespace window

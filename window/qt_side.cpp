@@ -1,0 +1,126 @@
+#include "qt_side.h"
+
+#include <QApplication>
+#include <QThread>
+
+#include <algorithm>
+#include <mutex>
+#include <utility>
+
+#include "message_window.h"
+
+namespace window {
+
+namespace {
+
+// All there are, because Qt tells only a plain function that its application is being destroyed.
+std::mutex guarding_all;
+std::vector<Qt_Side*> all;
+
+void Application_Goes() {
+    std::vector<Qt_Side*> left;
+    {
+        const std::lock_guard lock(guarding_all);
+        left = all;
+    }
+    for (Qt_Side* side : left)
+        delete side;
+}
+
+void Remember(Qt_Side* side) {
+    const std::lock_guard lock(guarding_all);
+    if (all.empty())
+        qAddPostRoutine(Application_Goes);
+    all.push_back(side);
+}
+
+void Forget(Qt_Side* side) {
+    const std::lock_guard lock(guarding_all);
+    all.erase(std::find(all.begin(), all.end(), side));
+    if (all.empty())
+        qRemovePostRoutine(Application_Goes);
+}
+
+// Qt may be inside a handler of one of the window's widgets.
+class Last_Rest final : public QObject {
+public:
+    Last_Rest(QObject* parent, std::unique_ptr<Form_Window> window)
+        : QObject(parent), window(std::move(window)) {
+        deleteLater();
+    }
+
+private:
+    const std::unique_ptr<Form_Window> window;
+};
+
+} // namespace
+
+Qt_Side::Qt_Side(QCoreApplication& application, std::shared_ptr<Bridge> bridging)
+    : bridge(std::move(bridging)) {
+    moveToThread(application.thread());
+    connect(&application, &QCoreApplication::aboutToQuit, this, &Qt_Side::Lose);
+    connect(application.thread(), &QThread::finished, this, &Qt_Side::Lose, Qt::DirectConnection);
+    bridge->Set_Receiver(this);
+    Remember(this);
+}
+
+Qt_Side::~Qt_Side() {
+    Forget(this);
+    Lose();
+    bridge->Set_Receiver(nullptr);
+}
+
+bool Qt_Side::event(QEvent* event) {
+    if (event->type() != QEvent::User)
+        return QObject::event(event);
+    bridge->Serve();
+    return true;
+}
+
+Form_Window& Qt_Side::Add(toolkit::Form& form, Runner& runner) {
+    auto window = std::make_unique<Form_Window>(form, runner);
+    window->Lie_Over(windows.empty() ? nullptr : windows.back().get());
+    return *windows.emplace_back(std::move(window));
+}
+
+void Qt_Side::Close() {
+    std::unique_ptr<Form_Window> window = std::move(windows.back());
+    windows.pop_back();
+    if (windows.empty())
+        pointer.Show(false);
+    struct Letting_Go {
+        Form_Window& Window;
+        ~Letting_Go() { Window.Detach(); }
+    } guard{*window};
+    new Last_Rest(this, std::move(window));
+    guard.Window.Close();
+}
+
+void Qt_Side::Ask(const toolkit::Message& message, const std::function<void(automation::Long)>& answered) {
+    boxes.erase(std::remove(boxes.begin(), boxes.end(), nullptr), boxes.end());
+    QWidget* const over = windows.empty() ? nullptr : &windows.back()->Dialog();
+    boxes.emplace_back(&Put(message, over, answered));
+}
+
+void Qt_Side::Show_Pointer(bool busy) {
+    pointer.Show(busy && !windows.empty());
+    for (const auto& window : windows)
+        window->Pointer_Changed();
+    if (busy) // what comes next may take long
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+}
+
+void Qt_Side::Lose() {
+    pointer.Show(false);
+    for (const auto& box : boxes)
+        if (box) {
+            box->disconnect();
+            delete box;
+        }
+    boxes.clear();
+    for (const auto& window : windows)
+        window->Detach();
+    bridge->Lose();
+}
+
+} // namespace window

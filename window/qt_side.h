@@ -1,0 +1,45 @@
+// What a bridged Display has on Qt's thread: its windows and message boxes.
+//
+// Made on the form's thread; from then on it belongs to Qt's and goes with the application at the latest. Its
+// procedures are called there, by what the bridge hands over.
+#pragma once
+
+#include <QMessageBox>
+#include <QPointer>
+
+#include <memory>
+#include <vector>
+
+#include "bridge.h"
+#include "form_window.h"
+#include "screen_pointer.h"
+#include "toolkit/display.h"
+
+namespace window {
+
+class Qt_Side final : public QObject {
+public:
+    Qt_Side(QCoreApplication& application, std::shared_ptr<Bridge> bridge);
+    ~Qt_Side() override;
+
+    // A window over the one that was added last, still to be opened.
+    Form_Window& Add(toolkit::Form& form, Runner& runner);
+    // Takes the window that was added last away. Throws what a handler threw.
+    void Close();
+    void Ask(const toolkit::Message& message, const std::function<void(automation::Long)>& answered);
+    // Of the form's thread; seen as long as that has a window.
+    void Show_Pointer(bool busy);
+
+    // The application goes: the form's thread waits for nothing any more.
+    void Lose();
+
+    bool event(QEvent* event) override;
+
+private:
+    const std::shared_ptr<Bridge> bridge;
+    std::vector<std::unique_ptr<Form_Window>> windows; // the innermost last
+    std::vector<QPointer<QMessageBox>> boxes;
+    Screen_Pointer pointer;
+};
+
+} // namespace window
