@@ -81,7 +81,10 @@ private:
 
 class Window_Threads_Test : public testing::Test {
 protected:
-    Window_Threads_Test() { qputenv("QT_QPA_PLATFORM", "offscreen"); }
+    Window_Threads_Test() {
+        if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+            qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
 };
 
 // The process has no Qt application; this thread keeps Qt's up in between.
@@ -271,8 +274,10 @@ TEST_F(Window_Threads_Test, Starts_Quietly_Or_Says_What_Is_Missing) {
     EXPECT_TRUE(warnings.contains("heard"));
     EXPECT_TRUE(warnings.filter("main() thread").isEmpty()) << warnings.join('\n').toStdString();
 
+    const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
     qputenv("QT_QPA_PLATFORM", "no-such-thing");
     EXPECT_THROW(window::Open_Display(), window::Cannot_Show);
+    qputenv("QT_QPA_PLATFORM", platform);
     EXPECT_EQ(QCoreApplication::instance(), nullptr);
     int count = 1;
     char name[] = "host";

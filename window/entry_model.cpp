@@ -32,6 +32,20 @@ int Entry_Model::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : rows;
 }
 
+QModelIndexList Entry_Model::match(const QModelIndex& start, int role, const QVariant& value, int hits,
+                                   Qt::MatchFlags flags) const {
+    if (role != Qt::DisplayRole || hits != 1 || flags != (Qt::MatchStartsWith | Qt::MatchWrap))
+        return QAbstractListModel::match(start, role, value, hits, flags);
+    const automation::Long count = list && input.May_Read() ? list->Count() : 0;
+    const QString wanted = value.toString();
+    for (automation::Long step = 0; step < count; ++step) {
+        const automation::Long row = (start.row() + step) % count;
+        if (QStringView(list->Item(row)).startsWith(wanted, Qt::CaseInsensitive))
+            return {index(row, 0)};
+    }
+    return {};
+}
+
 QVariant Entry_Model::data(const QModelIndex& index, int role) const {
     if (!list || !index.isValid() || (role != Qt::DisplayRole && role != Qt::EditRole))
         return {};

@@ -1,10 +1,12 @@
 #include "field_views.h"
 
+#include <QButtonGroup>
 #include <QPainter>
 #include <QStyleOptionButton>
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 #include <vector>
 
 #include "form_picture.h"
@@ -47,6 +49,8 @@ Line_Editing::Line_Editing(toolkit::Text_Control& field, QLineEdit& line, Contro
     QObject::connect(&line, &QLineEdit::textEdited, &line, [this] { Edited(); });
     QObject::connect(&line, &QLineEdit::cursorPositionChanged, &line, [this] { Caret_Moved(); });
     QObject::connect(&line, &QLineEdit::selectionChanged, &line, [this] { Caret_Moved(); });
+    marked.setSingleShot(true);
+    QObject::connect(&marked, &QTimer::timeout, &line, [this] { this->line.setPalette({}); });
 }
 
 void Line_Editing::Show() {
@@ -56,11 +60,29 @@ void Line_Editing::Show() {
     const int caret = static_cast<int>(field.Selection_Start());
     if (Caret() != caret)
         line.setCursorPosition(caret);
+    if (const auto made = std::exchange(edit, {}))
+        Mark(text == made->Before && text != made->Wanted);
+}
+
+void Line_Editing::Mark(bool refused) {
+    constexpr int Brief = 600; // milliseconds
+    const QString description =
+        refused ? QStringLiteral("Not accepted: the field keeps its text") : QString();
+    if (line.accessibleDescription() != description)
+        line.setAccessibleDescription(description);
+    if (!refused)
+        return;
+    QPalette palette = line.palette();
+    palette.setColor(QPalette::Base, QColor(255, 199, 206));
+    palette.setColor(QPalette::Text, Qt::black);
+    line.setPalette(palette);
+    marked.start(Brief);
 }
 
 void Line_Editing::Edited() {
     input.Perform([this, text = From_Qt(line.text()), caret = line.cursorPosition()] {
         view.Touch();
+        edit = Edit{To_Qt(field.Text()), To_Qt(text)};
         user_input::Edit(field, text, static_cast<std::size_t>(caret));
     });
 }
@@ -85,7 +107,11 @@ Text_View::Text_View(toolkit::Text_Box& box, QWidget* parent, Input& input)
 Option_View::Option_View(toolkit::Option_Button& option, QWidget* parent, Input& input)
     : Control_View(option, new QRadioButton(parent)), option(option),
       shown(static_cast<QRadioButton&>(Widget())), input(input) {
-    shown.setAutoExclusive(false); // the controls see to it, and every option is a tab stop
+    // The controls see to it that one excludes the others, and every option is a tab stop. In a group of its
+    // own Qt leaves it alone, and still calls it a radio button to those who do not see it.
+    auto* const alone = new QButtonGroup(&shown);
+    alone->setExclusive(false);
+    alone->addButton(&shown);
     QObject::connect(&shown, &QRadioButton::clicked, &shown, [this] { Pick(this->option); });
 }
 

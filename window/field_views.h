@@ -6,6 +6,9 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QTimer>
+
+#include <optional>
 
 #include "control_view.h"
 
@@ -22,7 +25,8 @@ private:
     QLabel& shown;
 };
 
-// The part of a view that shows an editable text in a line edit and sends edits and moves of the caret.
+// The part of a view that shows an editable text in a line edit and sends edits and moves of the caret. An
+// edit that the form's handlers have taken back leaves a brief mark at the field.
 class Line_Editing {
 public:
     Line_Editing(toolkit::Text_Control& field, QLineEdit& line, Control_View& view, Input& input);
@@ -32,11 +36,18 @@ private:
     void Edited();
     int Caret() const;
     void Caret_Moved();
+    void Mark(bool refused);
 
     toolkit::Text_Control& field;
     QLineEdit& line;
     Control_View& view;
     Input& input;
+    struct Edit {
+        QString Before;
+        QString Wanted;
+    };
+    std::optional<Edit> edit; // which the field has not answered yet
+    QTimer marked;
 };
 
 class Text_View final : public Control_View {

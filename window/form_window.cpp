@@ -170,6 +170,21 @@ Control_View& Form_Window::View_In(Control& control) {
     return view;
 }
 
+namespace {
+
+// What a person is told who does not see the control: empty when its label, which Qt knows, tells it.
+QString Spoken_Name(const Control& control, const Control& before) {
+    const bool button = control.Kind() == toolkit::Control_Kind::Command_Button;
+    if (!button && before.Kind() == toolkit::Control_Kind::Label)
+        return {};
+    if (!button && control.Container())
+        return To_Qt(toolkit::Drawn_Caption(control.Container()->Caption()));
+    constexpr int Prefix = 3; // "cmd", and the like
+    return To_Qt(control.Name()).mid(Prefix);
+}
+
+} // namespace
+
 // A label leads to the field that follows it.
 void Form_Window::Set_Tab_Order() {
     std::vector<Control*> order = form->Controls();
@@ -180,6 +195,8 @@ void Form_Window::Set_Tab_Order() {
         QWidget::setTabOrder(Widget_Of(*order[at - 1]), widget);
         if (order[at]->Takes_Focus() && order[at]->Kind() != toolkit::Control_Kind::Command_Button)
             View_In(*order[at - 1]).Set_Buddy(widget);
+        if (order[at]->Takes_Focus() && order[at]->Caption().empty())
+            widget->setAccessibleName(Spoken_Name(*order[at], *order[at - 1]));
     }
 }
 
