@@ -21,6 +21,7 @@ std::shared_ptr<Gui_Thread> Own_Thread() {
 
 std::unique_ptr<toolkit::Display> Open_Display() {
     const std::lock_guard lock(Gui_Thread::Coming_And_Going);
+    Gui_Thread::Require_Display();
     std::shared_ptr<Gui_Thread> gui = Own_Thread();
     if (!QCoreApplication::instance())
         own_thread = gui = std::make_shared<Gui_Thread>();

@@ -1,5 +1,10 @@
 #include "gui_thread.h"
 
+#include <QThread>
+
+#include <unistd.h>
+
+#include <atomic>
 #include <cerrno>
 #include <condition_variable>
 #include <csignal>
@@ -7,31 +12,50 @@
 #include <utility>
 
 #include "application.h"
+#include "qt_side.h"
+#include "window/qt_display.h"
 
 namespace window {
 
 namespace {
 
-// Qt warns of an application outside the main thread. Here that is so on purpose, and not the host's concern.
-class Without_Thread_Warning {
+std::atomic<bool> stranded = false;
+
+// Qt ends the process when its display goes away. The host is to live on: its threads are told, and the one
+// that would end it stops for good.
+[[noreturn]] void Strand() {
+    stranded = true;
+    Lose_All();
+    for (;;)
+        pause();
+}
+
+// Listens to what Qt says, as long as the application is ours.
+class Listener {
 public:
-    Without_Thread_Warning() { former = qInstallMessageHandler(Pass_On); }
-    ~Without_Thread_Warning() { qInstallMessageHandler(former); }
-    Without_Thread_Warning(const Without_Thread_Warning&) = delete;
-    Without_Thread_Warning& operator=(const Without_Thread_Warning&) = delete;
+    Listener() { former = qInstallMessageHandler(Hear); }
+    ~Listener() {
+        const auto present = qInstallMessageHandler(former);
+        if (present != Hear) // the host has set its own since
+            qInstallMessageHandler(present);
+    }
+    Listener(const Listener&) = delete;
+    Listener& operator=(const Listener&) = delete;
 
 private:
-    static void Pass_On(QtMsgType type, const QMessageLogContext& context, const QString& text) {
-        if (!text.contains(QStringLiteral("was not created in the main() thread")))
-            former(type, context, text);
+    static void Hear(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+        // Qt warns of an application outside the main thread. Here that is so on purpose.
+        if (text.contains(QStringLiteral("was not created in the main() thread")))
+            return;
+        former(type, context, text);
+        const bool broken = text.startsWith(QStringLiteral("The X11 connection broke")) ||
+                            text.startsWith(QStringLiteral("The Wayland connection broke"));
+        const auto* const application = QCoreApplication::instance();
+        if (broken && application && application->thread() == QThread::currentThread())
+            Strand();
     }
     static inline QtMessageHandler former = nullptr;
 };
-
-std::unique_ptr<QApplication> Create_Quietly(int& argc, char** argv) {
-    const Without_Thread_Warning quiet;
-    return Create_Application(argc, argv);
-}
 
 // The host's threads take the host's signals.
 void Block_Signals() {
@@ -100,8 +124,8 @@ Kept_Thread::~Kept_Thread() {
         if (runs && QCoreApplication::instance()) // the process ends in the middle of a dialog
             Exit(*QCoreApplication::instance());
     }
-    if (thread.get_id() == std::this_thread::get_id())
-        thread.detach(); // Qt itself has ended the process, for want of its display
+    if (stranded || thread.get_id() == std::this_thread::get_id())
+        thread.detach(); // it never ends, or Qt itself ends the process
     else
         thread.join();
 }
@@ -109,6 +133,7 @@ Kept_Thread::~Kept_Thread() {
 } // namespace
 
 Gui_Thread::Gui_Thread() {
+    Require_Display();
     std::promise<void> started;
     ended = Kept_Thread::The().Start([this, &started] { Run(started); });
     try {
@@ -123,7 +148,8 @@ void Gui_Thread::Run(std::promise<void>& started) {
     try {
         int count = 1;
         char* names[] = {program_invocation_name, nullptr};
-        const auto own = Create_Quietly(count, names);
+        const Listener listener;
+        const auto own = Create_Application(count, names);
         QApplication::setQuitOnLastWindowClosed(false);
         Set_Application(own.get());
         started.set_value(); // and is gone
@@ -135,7 +161,14 @@ void Gui_Thread::Run(std::promise<void>& started) {
     }
 }
 
+void Gui_Thread::Require_Display() {
+    if (stranded)
+        throw Cannot_Show("There is no display: it went away; start the program anew to use another");
+}
+
 Gui_Thread::~Gui_Thread() {
+    if (stranded)
+        return;
     {
         const std::lock_guard lock(mutex);
         if (application)

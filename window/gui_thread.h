@@ -20,6 +20,9 @@ public:
     // Held by who makes one, or lets it go.
     static inline std::mutex Coming_And_Going;
 
+    // Throws Cannot_Show once the display has gone away under one: Qt cannot use another in this process.
+    static void Require_Display();
+
     // False when somebody else has ended the application.
     bool Is_Running() const;
 

@@ -123,4 +123,10 @@ void Qt_Side::Lose() {
     bridge->Lose();
 }
 
+void Lose_All() {
+    const std::lock_guard lock(guarding_all);
+    for (Qt_Side* side : all)
+        side->Abandon();
+}
+
 } // namespace window

@@ -33,6 +33,9 @@ public:
     // The application goes: the form's thread waits for nothing any more.
     void Lose();
 
+    // The same when Qt must not be touched.
+    void Abandon() { bridge->Lose(); }
+
     bool event(QEvent* event) override;
 
 private:
@@ -41,5 +44,8 @@ private:
     std::vector<QPointer<QMessageBox>> boxes;
     Screen_Pointer pointer;
 };
+
+// Nothing of Qt works any more, so its thread will not serve the others again.
+void Lose_All();
 
 } // namespace window
