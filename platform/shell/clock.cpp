@@ -6,6 +6,7 @@
 #include <cstring>
 #include <langinfo.h>
 #include <locale.h>
+#include <mutex>
 
 namespace shell {
 
@@ -53,12 +54,20 @@ String Plain_Text(const std::tm& time) {
     return *automation::From_UTF8(date + " " + clock + (time.tm_hour < 12 ? " AM" : " PM"));
 }
 
+// localtime_r need not look at TZ by itself; tzset writes variables of the whole process.
+std::tm Local_Time(std::time_t time) {
+    static std::mutex lock;
+    const std::lock_guard hold(lock);
+    std::tm local{};
+    tzset();
+    localtime_r(&time, &local);
+    return local;
+}
+
 } // namespace
 
 String General_Date_Text(std::time_t time) {
-    std::tm local{};
-    tzset(); // localtime_r need not look at TZ by itself
-    localtime_r(&time, &local);
+    const std::tm local = Local_Time(time);
     return User_Locale().Text_Of(local).value_or(Plain_Text(local));
 }
 
