@@ -3,6 +3,7 @@
 
 #include "automation/text.h"
 #include "toolkit/display_source.h"
+#include "window/any_thread.h"
 #include "window/qt_display.h"
 
 namespace {
@@ -13,10 +14,7 @@ using automation::Status;
 std::unique_ptr<toolkit::Display> Open_Window_Display() {
     static const auto* const forever = new automation::Keep_Module;
     static_cast<void>(forever);
-    static char name[] = "style-editor";
-    static char* names[] = {name, nullptr};
-    static int count = 1;
-    return window::Create_Qt_Display(count, names);
+    return window::Open_Display();
 }
 
 class Source final : public automation::Object<toolkit::Display_Source, toolkit::Picture_Maker> {
