@@ -43,7 +43,7 @@ public:
     void Work(int jobs) {
         for (job = 0; job < jobs && !testing::Test::HasFailure(); ++job) {
             edited = false;
-            const auto editor = host::Create_Editor();
+            style_node::Editor editor;
             const auto outcome = host::Run_Job(editor, {.Node_Number = static_cast<Integer>(Node())});
             EXPECT_TRUE(outcome.Shown && edited && !outcome.SupervisedType_Blind)
                 << Node() << " " << To_UTF8(outcome.Error_Location + u": " + outcome.Error_Description);
@@ -117,7 +117,8 @@ TEST_F(Threads, Edit_At_Once_And_Leave_Nothing_Loaded) {
 }
 
 TEST_F(Threads, Keep_To_Their_Objects) {
-    const auto editor = host::Create_Editor();
+    const auto editor =
+        automation::Create_Bound<style_node::_Busyness_Rules>(style_node::_Busyness_Rules::Program_Identity);
     On_Threads([&] {
         Text text;
         Long code = 0;

@@ -1,0 +1,227 @@
+#include "form_keys.h"
+
+#include <algorithm>
+
+#include "pop_up_list.h"
+#include "toolkit/user_input.h"
+
+namespace terminal {
+
+namespace user_input = toolkit::user_input;
+using toolkit::Control;
+using toolkit::Form;
+
+namespace {
+
+Control* Previous_Tab_Stop(const Form& form) {
+    const Control* const focused = form.Focused();
+    Control* last = nullptr;
+    Control* previous = nullptr;
+    for (Control* control : form.Controls()) {
+        if (!control->Is_Tab_Stop())
+            continue;
+        if (!last || control->Tab_Index() > last->Tab_Index())
+            last = control;
+        if (focused && control->Tab_Index() < focused->Tab_Index() &&
+            (!previous || control->Tab_Index() > previous->Tab_Index()))
+            previous = control;
+    }
+    return previous ? previous : last;
+}
+
+bool Is_Space(const Key& key) {
+    return key.Which == Key::Name::Character && key.Text == u" ";
+}
+
+} // namespace
+
+void Form_Keys::Press(const Key& key) {
+    Form* const form = view.Shown();
+    if (!form)
+        return;
+    const auto keep = form->shared_from_this();
+    view.Set_Notice({});
+    try {
+        Press_In_Form(*form, key);
+    } catch (const toolkit::Form_Gone&) {
+    }
+}
+
+void Form_Keys::Refuse(String why) {
+    screen.Alert();
+    view.Set_Notice(std::move(why));
+}
+
+void Form_Keys::Press_In_Form(Form& form, const Key& key) {
+    if (Move_Or_Leave(form, key.Which))
+        return;
+    if (key.Alt)
+        return Press_Access_Key(form, key.Text);
+    Control* const focused = form.Focused();
+    if (!focused || !Press_In(*focused, key))
+        Refuse(u"This key does nothing here");
+}
+
+bool Form_Keys::Move_Or_Leave(Form& form, Key::Name key) {
+    switch (key) {
+    case Key::Name::Tab:
+        user_input::Press_Key(form, user_input::Key::Tab);
+        return true;
+    case Key::Name::Back_Tab:
+        if (Control* previous = Previous_Tab_Stop(form))
+            user_input::Focus(*previous);
+        return true;
+    case Key::Name::Enter:
+        if (user_input::Press_Key(form, user_input::Key::Enter))
+            Refuse(u"No button answers Enter");
+        return true;
+    case Key::Name::Escape:
+        if (user_input::Press_Key(form, user_input::Key::Escape))
+            Refuse(u"No button answers Esc; Ctrl-Q closes the dialog");
+        return true;
+    case Key::Name::Close:
+        user_input::Close(form);
+        return true;
+    case Key::Name::Interrupt:
+        Refuse(u"Ctrl-C does nothing here; Esc cancels");
+        return true;
+    default:
+        return false;
+    }
+}
+
+void Form_Keys::Press_Access_Key(Form& form, String_View letter) {
+    for (Control* control : form.Controls()) {
+        if (!Marked_Caption(control->Caption()).Answers(letter))
+            continue;
+        Control* const target = Led_To(*control);
+        if (!target || !target->Is_Reachable())
+            continue;
+        if (target != control || user_input::Press(*target))
+            user_input::Focus(*target);
+        return;
+    }
+    Refuse(u"No control answers this letter");
+}
+
+bool Form_Keys::Press_In(Control& control, const Key& key) {
+    if (auto* list = dynamic_cast<toolkit::List_Control*>(&control); list && Press_In_List(*list, key))
+        return true;
+    if (auto* field = dynamic_cast<toolkit::Text_Control*>(&control); field && field->Is_Editable())
+        return Edit(*field, key);
+    if (auto* option = dynamic_cast<toolkit::Option_Button*>(&control))
+        return Press_On_Option(*option, key);
+    if (control.Kind() != toolkit::Control_Kind::Command_Button || !Is_Space(key))
+        return false;
+    user_input::Press(control);
+    return true;
+}
+
+// Text
+
+bool Form_Keys::Edit(toolkit::Text_Control& field, const Key& key) {
+    const String text = field.Text();
+    const std::size_t caret = field.Selection_Start();
+    switch (key.Which) {
+    case Key::Name::Left:
+        field.Set_Selection_Start(Cluster_Before(text, caret));
+        return true;
+    case Key::Name::Right:
+        field.Set_Selection_Start(Cluster_Behind(text, caret));
+        return true;
+    case Key::Name::Home:
+        field.Set_Selection_Start(0);
+        return true;
+    case Key::Name::End:
+        field.Set_Selection_Start(text.size());
+        return true;
+    case Key::Name::Backspace:
+        user_input::Backspace(field);
+        return caret > 0;
+    case Key::Name::Delete:
+        if (caret < text.size())
+            user_input::Replace(field, caret, Cluster_Behind(text, caret) - caret, {});
+        return caret < text.size();
+    case Key::Name::Character:
+    case Key::Name::Paste:
+        Insert(field, key);
+        return true;
+    default:
+        return false;
+    }
+}
+
+void Form_Keys::Insert(toolkit::Text_Control& field, const Key& key) {
+    const String before = field.Text();
+    if (key.Which == Key::Name::Character)
+        user_input::Type(field, key.Text);
+    else
+        user_input::Replace(field, field.Selection_Start(), 0, key.Text);
+    if (!view.Shown() || key.Text.empty())
+        return;
+    if (field.Text() == before)
+        Refuse(u"Not accepted: " + key.Text);
+}
+
+// Lists
+
+bool Form_Keys::Press_In_List(toolkit::List_Control& list, const Key& key) {
+    const bool drops_down = list.Kind() == toolkit::Control_Kind::Combo_Box;
+    const bool is_text = key.Which == Key::Name::Character;
+    if (drops_down && key.Which == Key::Name::Open_List) {
+        Open_List(list, {});
+        return true;
+    }
+    if (list.Is_Editable() && key.Which != Key::Name::Up && key.Which != Key::Name::Down)
+        return false;
+    if (is_text && drops_down)
+        Open_List(list, Is_Space(key) ? String() : key.Text);
+    else if (is_text)
+        Search(list, key.Text);
+    const automation::Long here = list.Selected_Index();
+    const auto index = Moved_Index(key, here, list.Count(), 8);
+    if (index && *index != here && list.Count() > 0)
+        user_input::Pick(list, *index);
+    return is_text || index;
+}
+
+void Form_Keys::Open_List(toolkit::List_Control& list, const String& wanted) {
+    if (const auto index = Pick_From_List(screen, view, list, wanted))
+        user_input::Pick(list, *index);
+}
+
+// Letters in quick succession are one search.
+void Form_Keys::Search(toolkit::List_Control& list, const String& letter) {
+    constexpr std::chrono::milliseconds Pause{1000};
+    const auto now = std::chrono::steady_clock::now();
+    const bool goes_on = !typed.empty() && now - typed_at < Pause;
+    typed_at = now;
+    typed = goes_on ? typed + letter : letter;
+    const automation::Long found = Find_Entry(list, typed, list.Selected_Index() + (goes_on ? 0 : 1));
+    if (found >= 0)
+        user_input::Pick(list, found);
+    else
+        Refuse(u"No entry begins with " + typed);
+}
+
+// Options
+
+bool Form_Keys::Press_On_Option(toolkit::Option_Button& option, const Key& key) {
+    const bool back = key.Which == Key::Name::Up || key.Which == Key::Name::Left;
+    const bool forward = key.Which == Key::Name::Down || key.Which == Key::Name::Right;
+    if (!back && !forward && !Is_Space(key))
+        return false;
+    std::vector<Control*> options;
+    for (Control* other : option.Owner_Form().Controls())
+        if (other->Kind() == option.Kind() && other->Container() == option.Container() &&
+            other->Is_Reachable())
+            options.push_back(other);
+    std::sort(options.begin(), options.end(),
+              [](auto* left, auto* right) { return left->Tab_Index() < right->Tab_Index(); });
+    const auto here = std::find(options.begin(), options.end(), &option) - options.begin();
+    const auto step = back ? options.size() - 1 : forward ? std::size_t{1} : std::size_t{0};
+    user_input::Press(*options[(static_cast<std::size_t>(here) + step) % options.size()]);
+    return true;
+}
+
+} // namespace terminal
