@@ -65,7 +65,7 @@ struct Parser {
     Play_Command Play;
     Store_Init_Command Init;
     bool Window = false;
-    CLI::App* Editing = App.add_subcommand("edit", "Open the editor in a window");
+    CLI::App* Editing = App.add_subcommand("edit", "Open the editor in a window or a terminal");
     CLI::App* Playing = App.add_subcommand("play", "Run an editing script");
     Strings_Command Strings;
     CLI::App* Translating = App.add_subcommand("strings", "Help with a string table");
@@ -103,6 +103,7 @@ struct Parser {
         Identifier_Option(*Editing, "--partition", Edit.Wanted.Partition_ID, "Partition (1)");
         Identifier_Option(*Editing, "--node", Edit.Wanted.Node_Number, "Node (1); 0 for the default node");
         Identifier_Option(*Editing, "--language", Edit.Wanted.Language_ID, "Language (1, English)");
+        Editing->add_flag("--terminal", Edit.Terminal, "In this terminal instead of a window");
         Editing->add_flag("--silent", Edit.Wanted.Silent_Error, "Show no box for internal errors");
     }
 

@@ -1,7 +1,10 @@
 #include "host/program.h"
 
+#include <unistd.h>
+
 #include <iterator>
 #include <optional>
+#include <sstream>
 
 #include "automation/create.h"
 #include "automation/text.h"
@@ -72,22 +75,41 @@ int Report(const Job_Outcome& outcome, const Streams& streams) {
     return status::Shown_Failed;
 }
 
-std::unique_ptr<toolkit::Display> Open_Window() try {
-    return toolkit::Open_Display();
+// Where a dialog is edited, and whether the transcript has to wait until it is gone.
+struct Place {
+    std::unique_ptr<toolkit::Display> Display;
+    bool Is_Standard_Output = false;
+};
+
+Place Open_Place(bool in_terminal) try {
+    if (in_terminal)
+        return {toolkit::Open_Display(toolkit::Terminal_Identity), true};
+    try {
+        return {toolkit::Open_Display()};
+    } catch (const automation::Failure&) {
+        if (!isatty(STDIN_FILENO) || !isatty(STDOUT_FILENO))
+            throw;
+        return {toolkit::Open_Display(toolkit::Terminal_Identity), true};
+    }
 } catch (const automation::Failure& failure) {
     throw Start_Error(automation::To_UTF8(failure.Reason.empty() ? failure.Description : failure.Reason));
 }
 
 int Run(const Edit_Command& command, const Streams& streams) {
+    std::ostringstream held_back;
     Transcript transcript(streams.Out);
     Setup setup(command.Common, transcript);
     Offer_Own_Modules();
-    const auto display = Open_Window();
+    const Place place = Open_Place(command.Terminal);
+    if (place.Is_Standard_Output)
+        transcript.Write_To(held_back);
     setup.Start();
-    Box_Reporter reporter(*display, transcript);
-    const Installed_Display installed(command.Common.Trace ? reporter : *display);
+    Box_Reporter reporter(*place.Display, transcript);
+    const Installed_Display installed(command.Common.Trace ? reporter : *place.Display);
     style_node::Editor editor;
-    return Report(Run_Job(editor, command.Wanted), streams);
+    const Job_Outcome outcome = Run_Job(editor, command.Wanted);
+    streams.Out << held_back.str() << std::flush;
+    return Report(outcome, streams);
 }
 
 int Run(const Store_Init_Command& command, const Streams& streams) {

@@ -53,7 +53,7 @@ void Transcript::Call(String_View component, String_View operation, const std::v
     auto texts = ordered_json::array();
     for (const String& argument : arguments)
         texts.push_back(UTF8(argument));
-    Print(out, {{"event", "call"},
+    Print(*out, {{"event", "call"},
                 {"component", UTF8(component)},
                 {"operation", UTF8(operation)},
                 {"arguments", texts}});
@@ -72,11 +72,11 @@ void Transcript::Box(const toolkit::Message& message, Long answer) {
         line["style"] = message.Style;
     line["title"] = UTF8(message.Title);
     line["answer"] = answer;
-    Print(out, line);
+    Print(*out, line);
 }
 
 void Transcript::No_Form() {
-    Print(out, {{"event", "form"}, {"loaded", false}});
+    Print(*out, {{"event", "form"}, {"loaded", false}});
 }
 
 void Transcript::Form(const toolkit::Form& form) {
@@ -88,7 +88,7 @@ void Transcript::Form(const toolkit::Form& form) {
     line["screen_pointer"] = toolkit::screen::Mouse_Pointer();
     const toolkit::Control* focused = form.Focused();
     line["focus"] = focused ? UTF8(focused->Name()) : std::string();
-    Print(out, line);
+    Print(*out, line);
 }
 
 void Transcript::Control(const toolkit::Control& control) {
@@ -100,7 +100,7 @@ void Transcript::Control(const toolkit::Control& control) {
     line["visible"] = control.Visible();
     Add_Place(line, control.Place());
     Add_Selection(line, control);
-    Print(out, line);
+    Print(*out, line);
 }
 
 void Transcript::Items(const toolkit::List_Control& list) {
@@ -110,18 +110,18 @@ void Transcript::Items(const toolkit::List_Control& list) {
         items.push_back(UTF8(list.Item(index)));
         data.push_back(list.Item_Data(index));
     }
-    Print(out, {{"event", "items"}, {"name", UTF8(list.Name())}, {"items", items}, {"data", data}});
+    Print(*out, {{"event", "items"}, {"name", UTF8(list.Name())}, {"items", items}, {"data", data}});
 }
 
 void Transcript::Refused(const Command& command, String_View reason) {
-    Print(out, {{"event", "refused"},
+    Print(*out, {{"event", "refused"},
                 {"line", command.Line},
                 {"command", UTF8(command.Written)},
                 {"reason", UTF8(reason)}});
 }
 
 void Transcript::Result(const Job_Outcome& outcome) {
-    Print(out, {{"event", "result"},
+    Print(*out, {{"event", "result"},
                 {"shown", outcome.Shown},
                 {"ErrLocation", UTF8(outcome.Error_Location)},
                 {"ErrCode", outcome.Error_Code},

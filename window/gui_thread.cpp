@@ -70,14 +70,15 @@ void Exit(QCoreApplication& application) {
         &application, [] { QCoreApplication::exit(); }, Qt::QueuedConnection);
 }
 
-// Runs one job at a time, and is joined when the process or the module ends.
+// Runs one job at a time. It waits for the next one to the end of the process and is never joined: by then
+// parts of Qt may be gone that the end of one of its threads needs.
 class Kept_Thread {
 public:
     static Kept_Thread& The() {
-        static Kept_Thread kept;
-        return kept;
+        static auto* const kept = new Kept_Thread;
+        return *kept;
     }
-    ~Kept_Thread();
+    ~Kept_Thread() = delete;
     Kept_Thread(const Kept_Thread&) = delete;
     Kept_Thread& operator=(const Kept_Thread&) = delete;
 
@@ -89,45 +90,26 @@ public:
     }
 
 private:
-    Kept_Thread() = default;
-    void Run();
+    Kept_Thread() {
+        std::thread([this] { Run(); }).detach();
+    }
+    [[noreturn]] void Run();
 
     std::mutex mutex;
     std::condition_variable changed;
     std::packaged_task<void()> job;
-    bool runs = false;
-    bool ends = false;
-    std::thread thread{[this] { Run(); }}; // last: it uses the others
 };
 
 void Kept_Thread::Run() {
     Block_Signals();
     std::unique_lock lock(mutex);
     for (;;) {
-        changed.wait(lock, [this] { return ends || job.valid(); });
-        if (ends)
-            return;
+        changed.wait(lock, [this] { return job.valid(); });
         auto now = std::exchange(job, {});
-        runs = true;
         lock.unlock();
         now();
         lock.lock();
-        runs = false;
     }
-}
-
-Kept_Thread::~Kept_Thread() {
-    {
-        const std::lock_guard lock(mutex);
-        ends = true;
-        changed.notify_all();
-        if (runs && QCoreApplication::instance()) // the process ends in the middle of a dialog
-            Exit(*QCoreApplication::instance());
-    }
-    if (stranded || thread.get_id() == std::this_thread::get_id())
-        thread.detach(); // it never ends, or Qt itself ends the process
-    else
-        thread.join();
 }
 
 } // namespace

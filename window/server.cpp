@@ -20,10 +20,11 @@ std::unique_ptr<toolkit::Display> Open_Window_Display() {
 class Source final : public automation::Object<toolkit::Display_Source, toolkit::Picture_Maker> {
 public:
     Status Open_Display(toolkit::Display*& display) override {
-        return Explained([&] { display = Open_Window_Display().release(); });
+        return automation::Guard(toolkit::Window_Identity,
+                                 [&] { display = Open_Window_Display().release(); });
     }
     Status Save_Picture(toolkit::Form& form, const automation::Variant& path) override {
-        return Explained([&] {
+        return automation::Guard(toolkit::Window_Identity, [&] {
             if (!for_pictures)
                 for_pictures = Open_Window_Display();
             window::Save_Picture(form, automation::To_UTF8(path.To_Text()));
@@ -31,18 +32,6 @@ public:
     }
 
 private:
-    template <typename Body>
-    static Status Explained(Body&& body) {
-        return automation::Guard(toolkit::Window_Identity, [&] {
-            try {
-                body();
-            } catch (const window::Cannot_Show& error) {
-                throw automation::Failure(automation::Status_Unspecified,
-                                          automation::From_UTF8_Replacing(error.what()));
-            }
-        });
-    }
-
     std::unique_ptr<toolkit::Display> for_pictures;
 };
 

@@ -24,6 +24,7 @@ struct Common_Options {
 struct Edit_Command {
     Common_Options Common;
     Job Wanted;
+    bool Terminal = false; // else a window, or a terminal where there is none
 };
 
 struct Play_Command {

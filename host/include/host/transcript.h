@@ -15,7 +15,9 @@ namespace host {
 
 class Transcript {
 public:
-    explicit Transcript(std::ostream& out) : out(out) {}
+    explicit Transcript(std::ostream& out) : out(&out) {}
+    // From now on; the stream outlives the transcript.
+    void Write_To(std::ostream& other) { out = &other; }
 
     void Call(String_View component, String_View operation, const std::vector<String>& arguments);
     void Box(const toolkit::Message& message, Long answer);
@@ -27,7 +29,7 @@ public:
     void Result(const Job_Outcome& outcome);
 
 private:
-    std::ostream& out;
+    std::ostream* out;
 };
 
 } // namespace host
