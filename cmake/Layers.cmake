@@ -75,10 +75,11 @@ macro(platform_layer name)
     set_property(GLOBAL APPEND PROPERTY PLATFORM_EXTERNAL ${arg_EXTERNAL})
 endmacro()
 
-# server_module(NAME SOURCES file... LAYERS layer...): an in-process server, which exports its four entry points
-# and nothing else. Nobody but its owner may write it, or it would not be loaded.
+# server_module(NAME SOURCES file... LAYERS layer... [COMPONENT component]): an in-process server, which exports its
+# four entry points and nothing else. Nobody but its owner may write it, or it would not be loaded. It is
+# installed as a part of the component (Install.cmake), runtime unless told.
 function(server_module name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LAYERS")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "COMPONENT" "SOURCES;LAYERS")
     require_layers(${name} ${arg_LAYERS})
     set(map ${PROJECT_SOURCE_DIR}/cmake/server.map)
     add_library(${name} MODULE ${arg_SOURCES})
@@ -93,5 +94,8 @@ function(server_module name)
                           INSTALL_RPATH "$ORIGIN/..")
     add_custom_command(TARGET ${name} POST_BUILD
         COMMAND chmod go-w $<TARGET_FILE:${name}> $<TARGET_FILE_DIR:${name}> VERBATIM)
-    install(TARGETS ${name} LIBRARY DESTINATION ${MODULE_FOLDER})
+    if(NOT arg_COMPONENT)
+        set(arg_COMPONENT runtime)
+    endif()
+    install(TARGETS ${name} LIBRARY DESTINATION ${MODULE_FOLDER} COMPONENT ${arg_COMPONENT})
 endfunction()
