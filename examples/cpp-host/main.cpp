@@ -1,0 +1,87 @@
+// Shows the node editor for one node:
+//
+//     cpp-host CONFIG PARTITION NODE
+//
+// Ends with 0 when no error was recorded, 1 when one was, 2 for a wrong command line, 3 when there is no
+// editor.
+#include <array>
+#include <charconv>
+#include <iostream>
+#include <optional>
+#include <string>
+
+#include "automation/create.h"
+#include "style_node/busyness_rules.h"
+
+namespace {
+
+using automation::Check;
+using style_node::_Busyness_Rules;
+using Editor = automation::Reference<_Busyness_Rules>;
+
+enum Outcome { Done = 0, Error_Recorded = 1, Wrong_Usage = 2, No_Editor = 3 };
+
+constexpr automation::Integer English = 1;
+
+std::string To_UTF8(automation::String_View text) {
+    Automation_Block* const block = Automation_New_Text(text.data(), static_cast<std::uint32_t>(text.size()));
+    const automation::Text owner = automation::Text::Adopt(block);
+    std::string utf8(Automation_To_UTF8(block, nullptr, 0), '\0');
+    Automation_To_UTF8(block, utf8.data(), static_cast<std::uint32_t>(utf8.size() + 1));
+    return utf8;
+}
+
+// Blocks while the dialog is up.
+bool Show(const Editor& editor, const std::array<automation::Integer, 3>& node) {
+    style_node::Boolean shown = style_node::False;
+    Check(editor->Shown(node[0], node[1], node[2], English, style_node::False, shown));
+    return shown != style_node::False;
+}
+
+void Print_Error_Properties(const Editor& editor) {
+    automation::Text location;
+    automation::Text description;
+    automation::Long code = 0;
+    Check(editor->Get_ErrLocation(location));
+    Check(editor->Get_ErrCode(code));
+    Check(editor->Get_ErrDescription(description));
+    std::cerr << "ErrLocation: " << To_UTF8(location.View()) << "\nErrCode: " << code
+              << "\nErrDescription: " << To_UTF8(description.View()) << '\n';
+}
+
+std::optional<automation::Integer> Parse(std::string_view text) {
+    automation::Integer number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc() || end != text.data() + text.size())
+        return std::nullopt;
+    return number;
+}
+
+int Run(const std::array<automation::Integer, 3>& node) {
+    const auto editor = automation::Create_Bound<_Busyness_Rules>(_Busyness_Rules::Program_Identity);
+    if (Show(editor, node))
+        return Done;
+    Print_Error_Properties(editor);
+    return Error_Recorded;
+}
+
+} // namespace
+
+int main(int count, char** words) {
+    std::array<automation::Integer, 3> node{};
+    for (int at = 0; at < 3; ++at) {
+        const auto number = count == 4 ? Parse(words[at + 1]) : std::nullopt;
+        if (!number) {
+            std::cerr << "usage: cpp-host CONFIG PARTITION NODE\n";
+            return Wrong_Usage;
+        }
+        node.at(static_cast<std::size_t>(at)) = *number;
+    }
+    try {
+        return Run(node);
+    } catch (const automation::Failure& failure) {
+        std::cerr << "The editor cannot be used: error " << failure.Number << ": "
+                  << To_UTF8(failure.Description) << "\n  reason: " << To_UTF8(failure.Reason) << '\n';
+        return No_Editor;
+    }
+}
