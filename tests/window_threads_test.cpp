@@ -173,6 +173,7 @@ TEST_F(Window_Threads_Test, The_Display_Goes_Away_While_A_Dialog_Is_Up) {
         EXPECT_THROW(window::Open_Display(), window::Cannot_Show);
         std::_Exit(testing::Test::HasFailure() ? 1 : 0);
     };
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // a forked child would miss the threads of earlier tests
     EXPECT_EXIT(lose_it(), testing::ExitedWithCode(0), "");
 }
 
