@@ -195,6 +195,15 @@ Variant Conversion(const Automation_Variant& value, std::uint16_t type) {
     }
 }
 
+// The status alone: an earlier failure's error object, which nobody has taken, must not speak for this one.
+Status Without_Error(Long number) noexcept {
+    Automation_Error old;
+    Automation_Take_Error(&old);
+    for (Automation_Block* text : {old.Source, old.Description, old.Reason})
+        Automation_Free(text);
+    return Status_Of(number);
+}
+
 } // namespace
 
 } // namespace automation
@@ -229,7 +238,7 @@ Automation_Status Automation_Copy(Automation_Variant* to, const Automation_Varia
         const std::size_t size = copy.Type == Automation_Text ? sizeof(char16_t) : 1;
         copy.As_Block = New_Block(from->As_Block + 1, from->As_Block->Length, size);
         if (!copy.As_Block && from->As_Block->Length != 0)
-            return Status_Of(run_time::Out_Of_Memory);
+            return Without_Error(run_time::Out_Of_Memory);
     }
     *to = copy;
     return Status_OK;
@@ -241,8 +250,8 @@ Automation_Status Automation_Convert(Automation_Variant* to, const Automation_Va
         *to = Conversion(Referred(*from), type).Detach();
         return Status_OK;
     } catch (const Failure& failure) {
-        return Status_Of(failure.Number);
+        return Without_Error(failure.Number);
     } catch (...) {
-        return Status_Of(run_time::Out_Of_Memory);
+        return Without_Error(run_time::Out_Of_Memory);
     }
 }

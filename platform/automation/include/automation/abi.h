@@ -134,8 +134,8 @@ AUTOMATION_API(void) Automation_Clear(Automation_Variant* variant) AUTOMATION_NO
 /* `to` is overwritten, not cleared. Run-time 7. */
 AUTOMATION_API(Automation_Status)
 Automation_Copy(Automation_Variant* to, const Automation_Variant* from) AUTOMATION_NOEXCEPT;
-/* Converts to Integer, Long, Double, Text or Boolean by the platform's rules and overwrites `to`, which may
- * be `from`'s own storage only after a copy. Follows By_Reference. Run-time 94, 13, 6, 7; no error object. */
+/* Converts to Integer, Long, Double, Text or Boolean by the platform's rules and overwrites `to`. Follows
+ * By_Reference. Run-time 94, 13, 6, 7, and 5 for a null reference; the error object is empty then. */
 AUTOMATION_API(Automation_Status)
 Automation_Convert(Automation_Variant* to, const Automation_Variant* from, uint16_t type) AUTOMATION_NOEXCEPT;
 

@@ -4,7 +4,7 @@
 // out takes its default; one by reference is written back to an argument of its own type.
 #pragma once
 
-#include <array>
+#include <cstring>
 #include <vector>
 
 #include "automation/interface.h"
@@ -70,14 +70,21 @@ inline Variant Value_For(const Parameter& parameter, const Automation_Variant* g
     return Variant(parameter.Default).Converted(parameter.Type);
 }
 
-inline void Write_Back(const Parameter& parameter, const Variant& value, Automation_Variant& argument) {
+// The record of `value` owns its text, which the argument takes over.
+inline void Write_Back(const Parameter& parameter, Variant value, const Automation_Variant& argument) {
     const auto type = static_cast<std::uint16_t>(parameter.Type);
     if (!parameter.By_Reference || argument.Type != (type | Automation_By_Reference))
         return;
+    const auto put = [&argument](auto held) { std::memcpy(argument.As_Reference, &held, sizeof(held)); };
     if (parameter.Type == Variant_Type::Integer || parameter.Type == Variant_Type::Boolean)
-        *static_cast<std::int16_t*>(argument.As_Reference) = value.Record().As_Integer;
+        put(value.Record().As_Integer);
     else if (parameter.Type == Variant_Type::Long)
-        *static_cast<std::int32_t*>(argument.As_Reference) = value.Record().As_Long;
+        put(value.Record().As_Long);
+    else if (parameter.Type == Variant_Type::Double)
+        put(value.Record().As_Double);
+    else if (parameter.Type == Variant_Type::Text)
+        Automation_Free(
+            std::exchange(*static_cast<Automation_Block**>(argument.As_Reference), value.Detach().As_Block));
 }
 
 template <typename Interface>
@@ -93,7 +100,7 @@ void Call(const Dispatch_Member<Interface>& member, Interface& object, const Aut
     Check(member.Call(object, values.data(), result));
     for (std::size_t slot = 0; slot < places.size(); ++slot)
         if (places[slot] >= 0)
-            Write_Back(member.Parameters[slot], values[slot], given.Values[places[slot]]);
+            Write_Back(member.Parameters[slot], std::move(values[slot]), given.Values[places[slot]]);
 }
 
 } // namespace detail
