@@ -135,6 +135,8 @@ def taken(variant: Variant) -> Any:
     try:
         if variant.Type == OBJECT:
             return _bound_copy(variant.As_Pointer)
+        if variant.Type not in _READERS:
+            raise TypeError(f"Python has no value for variant type 0x{variant.Type:04X}")
         return _READERS[variant.Type](variant)
     finally:
         library.Automation_Clear(ctypes.byref(variant))

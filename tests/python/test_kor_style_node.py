@@ -16,6 +16,8 @@ for _name in ("XDG_DATA_HOME", "XDG_CONFIG_HOME"):
     os.environ[_name] = str(FOLDER / _name)
 os.environ["STYLE_NODE_MACHINE_HIVE"] = str(HIVE)
 
+from kor_style_node._library import Variant  # noqa: E402
+from kor_style_node._variants import fill, taken  # noqa: E402
 from kor_style_node import MISSING, AutomationError, Busyness_Rules, ByRef, Create  # noqa: E402
 
 EDITOR = "KOR_STYLE_Node.Busyness_Rules"
@@ -107,6 +109,16 @@ class Editor(unittest.TestCase):
         self.assertEqual(editor.ErrCode, 0, "a call that was refused has run")
 
 
+class Values(unittest.TestCase):
+    def test_travel_unchanged(self):
+        texts = "", "a\0b", "\u20ac \U0001f600", "\ud83d half"
+        for value in (None, True, False, -(1 << 31), 1 << 40, -(1 << 63), 0.1, b"", b"\0\xff", *texts):
+            variant = Variant()
+            fill(variant, value)
+            back = taken(variant)
+            self.assertEqual((type(back), back, variant.Type), (type(value), value, 0))
+
+
 class Threads(unittest.TestCase):
     def test_belong_to_their_objects(self):
         editor = Busyness_Rules()
@@ -152,6 +164,18 @@ Busyness_Rules().ErrCode
 print(before, after_block, loaded())
 at_exit = Busyness_Rules()
 """
+
+
+class Library(unittest.TestCase):
+    def test_is_never_looked_for_in_the_current_folder(self):
+        folder = os.path.dirname(os.environ["KOR_STYLE_NODE_LIBRARY"])
+        soname = "libstyle_platform.so.0"
+        for chosen, path, reason in (soname, "", "absolute"), ("/nowhere/it.so", "", "/nowhere"), ("", "/x:", "empty"):
+            environment = os.environ | {"KOR_STYLE_NODE_LIBRARY": chosen, "LD_LIBRARY_PATH": path or "/nowhere"}
+            command = [sys.executable, "-c", "import kor_style_node"]
+            out = subprocess.run(command, env=environment, cwd=folder, capture_output=True, text=True)
+            self.assertEqual(out.returncode, 1, chosen)
+            self.assertRegex(out.stderr, f"ImportError: .*{reason}")
 
 
 class Creation(unittest.TestCase):
