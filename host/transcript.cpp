@@ -54,9 +54,9 @@ void Transcript::Call(String_View component, String_View operation, const std::v
     for (const String& argument : arguments)
         texts.push_back(UTF8(argument));
     Print(*out, {{"event", "call"},
-                {"component", UTF8(component)},
-                {"operation", UTF8(operation)},
-                {"arguments", texts}});
+                 {"component", UTF8(component)},
+                 {"operation", UTF8(operation)},
+                 {"arguments", texts}});
 }
 
 void Transcript::Box(const toolkit::Message& message, Long answer) {
@@ -115,19 +115,19 @@ void Transcript::Items(const toolkit::List_Control& list) {
 
 void Transcript::Refused(const Command& command, String_View reason) {
     Print(*out, {{"event", "refused"},
-                {"line", command.Line},
-                {"command", UTF8(command.Written)},
-                {"reason", UTF8(reason)}});
+                 {"line", command.Line},
+                 {"command", UTF8(command.Written)},
+                 {"reason", UTF8(reason)}});
 }
 
 void Transcript::Result(const Job_Outcome& outcome) {
     Print(*out, {{"event", "result"},
-                {"shown", outcome.Shown},
-                {"ErrLocation", UTF8(outcome.Error_Location)},
-                {"ErrCode", outcome.Error_Code},
-                {"ErrDescription", UTF8(outcome.Error_Description)},
-                {"Editing_Default_Node", outcome.Editing_Default_Node},
-                {"SupervisedType_Blind", outcome.SupervisedType_Blind}});
+                 {"shown", outcome.Shown},
+                 {"ErrLocation", UTF8(outcome.Error_Location)},
+                 {"ErrCode", outcome.Error_Code},
+                 {"ErrDescription", UTF8(outcome.Error_Description)},
+                 {"Editing_Default_Node", outcome.Editing_Default_Node},
+                 {"SupervisedType_Blind", outcome.SupervisedType_Blind}});
 }
 
 } // namespace host

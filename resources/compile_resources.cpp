@@ -13,8 +13,8 @@
 #include <vector>
 
 #include "resources/resources.h"
-#include "shell/string_table.h"
 #include "shell/file_bytes.h"
+#include "shell/string_table.h"
 
 namespace {
 

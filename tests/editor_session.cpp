@@ -7,8 +7,8 @@
 #include <gtest/gtest.h>
 
 #include "host/program.h"
-#include "shell/replaced_strings.h"
 #include "shell/registry.h"
+#include "shell/replaced_strings.h"
 
 namespace {
 
