@@ -10,18 +10,11 @@
 #include <optional>
 #include <string>
 
-#include "automation/create.h"
-#include "style_node/busyness_rules.h"
+#include "style_node/editor.h"
 
 namespace {
 
-using automation::Check;
-using style_node::_Busyness_Rules;
-using Editor = automation::Reference<_Busyness_Rules>;
-
 enum Outcome { Done = 0, Error_Recorded = 1, Wrong_Usage = 2, No_Editor = 3 };
-
-constexpr automation::Integer English = 1;
 
 std::string To_UTF8(automation::String_View text) {
     Automation_Block* const block = Automation_New_Text(text.data(), static_cast<std::uint32_t>(text.size()));
@@ -31,22 +24,9 @@ std::string To_UTF8(automation::String_View text) {
     return utf8;
 }
 
-// Blocks while the dialog is up.
-bool Show(const Editor& editor, const std::array<automation::Integer, 3>& node) {
-    style_node::Boolean shown = style_node::False;
-    Check(editor->Shown(node[0], node[1], node[2], English, style_node::False, shown));
-    return shown != style_node::False;
-}
-
-void Print_Error_Properties(const Editor& editor) {
-    automation::Text location;
-    automation::Text description;
-    automation::Long code = 0;
-    Check(editor->Get_ErrLocation(location));
-    Check(editor->Get_ErrCode(code));
-    Check(editor->Get_ErrDescription(description));
-    std::cerr << "ErrLocation: " << To_UTF8(location.View()) << "\nErrCode: " << code
-              << "\nErrDescription: " << To_UTF8(description.View()) << '\n';
+void Print_Error_Properties(const style_node::Editor& editor) {
+    std::cerr << "ErrLocation: " << To_UTF8(editor.ErrLocation()) << "\nErrCode: " << editor.ErrCode()
+              << "\nErrDescription: " << To_UTF8(editor.ErrDescription()) << '\n';
 }
 
 std::optional<automation::Integer> Parse(std::string_view text) {
@@ -58,8 +38,8 @@ std::optional<automation::Integer> Parse(std::string_view text) {
 }
 
 int Run(const std::array<automation::Integer, 3>& node) {
-    const auto editor = automation::Create_Bound<_Busyness_Rules>(_Busyness_Rules::Program_Identity);
-    if (Show(editor, node))
+    style_node::Editor editor;
+    if (editor.Shown(node[0], node[1], node[2])) // while the dialog is up
         return Done;
     Print_Error_Properties(editor);
     return Error_Recorded;
