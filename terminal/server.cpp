@@ -11,8 +11,7 @@ public:
     automation::Status Open_Display(toolkit::Display*& display) override {
         return automation::Guard(toolkit::Terminal_Identity, [&] {
             // A Display outlives its source, and its code has to.
-            static const auto* const forever = new automation::Keep_Module;
-            static_cast<void>(forever);
+            static const automation::Keep_Module to_the_end;
             display = terminal::Create_Terminal_Display().release();
         });
     }

@@ -12,8 +12,7 @@ using automation::Status;
 
 // Qt's threads and statics do not survive the loss of their code: once it runs, the module stays.
 std::unique_ptr<toolkit::Display> Open_Window_Display() {
-    static const auto* const forever = new automation::Keep_Module;
-    static_cast<void>(forever);
+    static const automation::Keep_Module to_the_end;
     return window::Open_Display();
 }
 
