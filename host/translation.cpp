@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <set>
 #include <sstream>
+#include <tuple>
 
 #include "automation/number.h"
 #include "automation/text.h"
@@ -26,7 +27,9 @@ using shell::String_Table;
 struct Finding {
     std::size_t Line; // 0: the file as a whole
     std::string Text;
-    auto operator<=>(const Finding&) const = default;
+    bool operator<(const Finding& other) const {
+        return std::tie(Line, Text) < std::tie(other.Line, other.Text);
+    }
 };
 using Findings = std::set<Finding>;
 

@@ -63,7 +63,7 @@ shell::Hive_View Open_Hive(Scope scope) {
     if (found != cache.end() && found->second.Seen == stamp)
         return found->second.View;
     try {
-        const auto view = shell::Hive_View::Load(path);
+        auto view = shell::Hive_View::Load(path);
         cache.insert_or_assign(path, Cached_Hive{stamp, view});
         return view;
     } catch (const shell::Format_Error& error) {

@@ -36,7 +36,7 @@ public:
     void Set_MousePointer(bool Busy, bool Reset);
 
 private:
-    const automation::Keep_Module keep;
+    const automation::Keep_Module module_in_use;
     using Label = toolkit::Label;
     using Combo_Box = toolkit::Combo_Box;
     using Text_Box = toolkit::Text_Box;

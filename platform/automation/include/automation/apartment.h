@@ -9,6 +9,7 @@ namespace automation {
 
 class Apartment {
 public:
+    Apartment() noexcept : owner(std::this_thread::get_id()) {}
     bool Is_Here() const noexcept { return owner == std::this_thread::get_id(); }
 
     // Raises AUTOMATION_WRONG_THREAD on every thread but the one that made it.
@@ -18,7 +19,7 @@ public:
     }
 
 private:
-    const std::thread::id owner = std::this_thread::get_id();
+    const std::thread::id owner;
 };
 
 } // namespace automation
