@@ -1,6 +1,5 @@
 #include "application.h"
 
-#include "design_font.h"
 #include "platform_check.h"
 #include "window/qt_display.h"
 
@@ -12,7 +11,6 @@ std::unique_ptr<QApplication> Create_Application(int& argc, char** argv) {
         throw Cannot_Show(check.Obstacle().toStdString());
     auto application = std::make_unique<QApplication>(argc, argv);
     QApplication::setStyle(QStringLiteral("Fusion"));
-    QApplication::setFont(Stand_In({}));
     return application;
 }
 

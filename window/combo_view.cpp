@@ -46,8 +46,8 @@ private:
 };
 
 Combo_View::Combo_View(toolkit::Combo_Box& combo, QWidget* parent, Input& input)
-    : Control_View(combo, new Combo(parent, entries)), combo(combo), shown(static_cast<Combo&>(Widget())),
-      entries(combo, input) {
+    : Control_View(combo, new Combo(parent, entries), input), combo(combo),
+      shown(static_cast<Combo&>(Widget())), entries(combo, input) {
     shown.setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     shown.setEditable(combo.Is_Editable());
     shown.setInsertPolicy(QComboBox::NoInsert);
@@ -82,7 +82,7 @@ void Combo_View::Show() {
     if (editing)
         editing->Show();
     else
-        shown.Set_Field_Font(Fitted(combo.Face(), To_Qt(combo.Text()), Text_Width()));
+        shown.Set_Field_Font(Fitted(combo.Face(), Scale(), To_Qt(combo.Text()), Text_Width()));
     shown.update();
 }
 
@@ -116,13 +116,15 @@ private:
 } // namespace
 
 List_View::List_View(toolkit::List_Box& list, QWidget* parent, Input& input)
-    : Control_View(list, new List(parent,
-                                  [this, &input](int index) {
-                                      input.Perform([this, index] {
-                                          Touch();
-                                          toolkit::user_input::Pick(this->list, index);
-                                      });
-                                  })),
+    : Control_View(list,
+                   new List(parent,
+                            [this, &input](int index) {
+                                input.Perform([this, index] {
+                                    Touch();
+                                    toolkit::user_input::Pick(this->list, index);
+                                });
+                            }),
+                   input),
       list(list), shown(static_cast<QListView&>(Widget())), entries(list, input) {
     shown.setUniformItemSizes(true);
     shown.setEditTriggers(QAbstractItemView::NoEditTriggers);

@@ -1,5 +1,6 @@
 #include "control_view.h"
 
+#include <cmath>
 #include <utility>
 
 #include "combo_view.h"
@@ -11,9 +12,13 @@ namespace window {
 
 using toolkit::Control_Kind;
 
-Control_View::Control_View(toolkit::Control& control, QWidget* widget) : control(control), widget(widget) {
+Control_View::Control_View(toolkit::Control& control, QWidget* widget, Input& input)
+    : control(control), widget(widget), input(input) {
     widget->setObjectName(To_Qt(control.Name()));
-    widget->setFont(Stand_In(control.Face()));
+}
+
+int Control_View::Scaled(int pixels) const {
+    return static_cast<int>(std::lround(pixels * Scale()));
 }
 
 void Control_View::Control_Changed(toolkit::Property property) {
@@ -22,9 +27,14 @@ void Control_View::Control_Changed(toolkit::Property property) {
 }
 
 void Control_View::Refresh() {
-    if (!std::exchange(changed, false))
+    const bool scaled = std::exchange(shown_scale, Scale()) != Scale();
+    if (!std::exchange(changed, false) && !scaled)
         return;
-    widget->setGeometry(Pixels(control.Place()));
+    if (scaled) {
+        widget->setFont(Stand_In(control.Face(), Scale()));
+        fitted_width = -1;
+    }
+    widget->setGeometry(Pixels(control.Place(), Scale()));
     widget->setEnabled(control.Enabled());
     widget->setVisible(control.Visible());
     if (std::exchange(entries_changed, false))
@@ -36,7 +46,7 @@ void Control_View::Fit_Caption(int pixels) {
     const QString drawn = To_Qt(toolkit::Drawn_Caption(control.Caption()));
     if (pixels == fitted_width && drawn == fitted_caption)
         return;
-    widget->setFont(Fitted(control.Face(), drawn, pixels));
+    widget->setFont(Fitted(control.Face(), Scale(), drawn, pixels));
     fitted_caption = drawn;
     fitted_width = pixels;
 }
@@ -44,7 +54,7 @@ void Control_View::Fit_Caption(int pixels) {
 std::unique_ptr<Control_View> Create_View(toolkit::Control& control, QWidget* parent, Input& input) {
     switch (control.Kind()) {
     case Control_Kind::Label:
-        return std::make_unique<Label_View>(static_cast<toolkit::Label&>(control), parent);
+        return std::make_unique<Label_View>(static_cast<toolkit::Label&>(control), parent, input);
     case Control_Kind::Text_Box:
         return std::make_unique<Text_View>(static_cast<toolkit::Text_Box&>(control), parent, input);
     case Control_Kind::Combo_Box:
@@ -54,7 +64,7 @@ std::unique_ptr<Control_View> Create_View(toolkit::Control& control, QWidget* pa
     case Control_Kind::Option_Button:
         return std::make_unique<Option_View>(static_cast<toolkit::Option_Button&>(control), parent, input);
     case Control_Kind::Frame:
-        return std::make_unique<Frame_View>(static_cast<toolkit::Frame&>(control), parent);
+        return std::make_unique<Frame_View>(static_cast<toolkit::Frame&>(control), parent, input);
     case Control_Kind::Command_Button:
         return std::make_unique<Button_View>(static_cast<toolkit::Command_Button&>(control), parent, input);
     }

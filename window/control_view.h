@@ -24,6 +24,8 @@ public:
     virtual void Perform(const std::function<void()>& verb) = 0;
     // The controls may be read.
     virtual bool May_Read() const = 0;
+    // How much larger than designed everything is.
+    virtual double Scale() const = 0;
 };
 
 class Control_View {
@@ -49,16 +51,20 @@ public:
     void Touch() { changed = true; }
 
 protected:
-    Control_View(toolkit::Control& control, QWidget* widget);
+    Control_View(toolkit::Control& control, QWidget* widget, Input& input);
 
     virtual void Show() = 0;
     virtual void Entries_Changed() {}
+    double Scale() const { return input.Scale(); }
+    int Scaled(int pixels) const;
     // Chooses the font in which the caption takes up no more than the pixels.
     void Fit_Caption(int pixels);
 
 private:
     toolkit::Control& control;
     QWidget* const widget; // its parent owns it
+    Input& input;
+    double shown_scale = 0;
     bool changed = true;
     bool entries_changed = true;
     QString fitted_caption;

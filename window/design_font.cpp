@@ -18,20 +18,22 @@ bool Fits(const QFont& font, const QString& text, int pixels) {
 
 } // namespace
 
-QFont Stand_In(const toolkit::Font& face) {
+QFont Stand_In(const toolkit::Font& face, double scale) {
     QFont font;
     // Tahoma is not to be had here; Liberation Sans comes closest to its widths.
     font.setFamily(face.Name == u"Tahoma"
                        ? QStringLiteral("Liberation Sans")
                        : QString::fromUtf16(face.Name.data(), static_cast<qsizetype>(face.Name.size())));
     font.setStyleHint(QFont::SansSerif);
-    font.setPixelSize(std::max(1, static_cast<int>(std::lround(face.Points * 96 / 72))));
+    // Rounded down when scaled: the place may have been, too.
+    const auto designed = static_cast<double>(std::lround(face.Points * 96 / 72));
+    font.setPixelSize(std::max(1, static_cast<int>(std::floor(designed * scale + 0.01))));
     font.setWeight(static_cast<QFont::Weight>(std::clamp(face.Weight, 1, 1000)));
     return font;
 }
 
-QFont Fitted(const toolkit::Font& face, const QString& text, int pixels) {
-    QFont font = Stand_In(face);
+QFont Fitted(const toolkit::Font& face, double scale, const QString& text, int pixels) {
+    QFont font = Stand_In(face, scale);
     for (int stretch = 100; stretch > Narrowest && !Fits(font, text, pixels); --stretch)
         font.setStretch(stretch);
     while (font.pixelSize() > Smallest && !Fits(font, text, pixels))

@@ -8,10 +8,11 @@
 
 namespace window {
 
-// Sizes are in pixels at 96 dots per inch, as the geometry is, whatever the screen's own resolution.
-QFont Stand_In(const toolkit::Font& face);
+// Sizes are in pixels at 96 dots per inch, as the geometry is, whatever the screen's own resolution; `scale`
+// is the window's.
+QFont Stand_In(const toolkit::Font& face, double scale);
 
 // The stand-in, condensed and at last made smaller until `text` is no wider than `pixels`.
-QFont Fitted(const toolkit::Font& face, const QString& text, int pixels);
+QFont Fitted(const toolkit::Font& face, double scale, const QString& text, int pixels);
 
 } // namespace window

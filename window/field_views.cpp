@@ -5,11 +5,14 @@
 #include <QStyleOptionButton>
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <utility>
 #include <vector>
 
 #include "form_picture.h"
+#include "form_style.h"
+#include "glyph.h"
 #include "qt_text.h"
 #include "toolkit/user_input.h"
 
@@ -19,8 +22,8 @@ namespace user_input = toolkit::user_input;
 
 // Label
 
-Label_View::Label_View(toolkit::Label& label, QWidget* parent)
-    : Control_View(label, new QLabel(parent)), label(label), shown(static_cast<QLabel&>(Widget())) {
+Label_View::Label_View(toolkit::Label& label, QWidget* parent, Input& input)
+    : Control_View(label, new QLabel(parent), input), label(label), shown(static_cast<QLabel&>(Widget())) {
     shown.setTextFormat(Qt::PlainText);
     shown.setIndent(0);
     if (label.Look().Line == toolkit::Label::Border::Single)
@@ -99,13 +102,13 @@ void Line_Editing::Caret_Moved() {
 }
 
 Text_View::Text_View(toolkit::Text_Box& box, QWidget* parent, Input& input)
-    : Control_View(box, new QLineEdit(parent)),
+    : Control_View(box, new QLineEdit(parent), input),
       editing(box, static_cast<QLineEdit&>(Widget()), *this, input) {}
 
 // Option button
 
 Option_View::Option_View(toolkit::Option_Button& option, QWidget* parent, Input& input)
-    : Control_View(option, new QRadioButton(parent)), option(option),
+    : Control_View(option, new QRadioButton(parent), input), option(option),
       shown(static_cast<QRadioButton&>(Widget())), input(input) {
     // The controls see to it that one excludes the others, and every option is a tab stop. In a group of its
     // own Qt leaves it alone, and still calls it a radio button to those who do not see it.
@@ -158,7 +161,7 @@ namespace {
 // A group box whose caption interrupts the upper border line.
 class Frame_Box final : public QGroupBox {
 public:
-    using QGroupBox::QGroupBox;
+    Frame_Box(QWidget* parent, const Input& input) : QGroupBox(parent), input(input) {}
 
     static constexpr int Caption_Left = 8;
     static constexpr int Gap = 3; // between caption and line
@@ -168,7 +171,7 @@ protected:
         QPainter painter(this);
         const QRect caption = Caption_Place();
         painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(Line_Color());
+        painter.setPen(Line_Color(palette()));
         if (!title().isEmpty())
             painter.setClipRegion(QRegion(rect()).subtracted(caption.adjusted(-Gap, 0, Gap, 0)));
         const int line = caption.height() / 2;
@@ -181,24 +184,18 @@ protected:
 private:
     QRect Caption_Place() const {
         const int width = fontMetrics().size(Qt::TextShowMnemonic, title()).width();
-        return {Caption_Left, 0, width, fontMetrics().height()};
+        return {static_cast<int>(Caption_Left * input.Scale()), 0, width, fontMetrics().height()};
     }
-    QColor Line_Color() const {
-        const QColor text = palette().color(QPalette::WindowText);
-        const QColor back = palette().color(QPalette::Window);
-        auto mixed = [](int line, int behind) { return (line * 3 + behind * 7) / 10; };
-        return {mixed(text.red(), back.red()), mixed(text.green(), back.green()),
-                mixed(text.blue(), back.blue())};
-    }
+    const Input& input;
 };
 
 } // namespace
 
-Frame_View::Frame_View(toolkit::Frame& frame, QWidget* parent)
-    : Control_View(frame, new Frame_Box(parent)), shown(static_cast<QGroupBox&>(Widget())) {}
+Frame_View::Frame_View(toolkit::Frame& frame, QWidget* parent, Input& input)
+    : Control_View(frame, new Frame_Box(parent, input), input), shown(static_cast<QGroupBox&>(Widget())) {}
 
 void Frame_View::Show() {
-    Fit_Caption(shown.width() - 2 * Frame_Box::Caption_Left);
+    Fit_Caption(shown.width() - 2 * Scaled(Frame_Box::Caption_Left));
     shown.setTitle(To_Qt(Shown().Caption()));
 }
 
@@ -206,32 +203,49 @@ void Frame_View::Show() {
 
 namespace {
 
-// The pictures were drawn for a silver button.
-QPixmap Picture_On_Button(const toolkit::Command_Button& button) {
-    QImage image = Picture_Of(button.Owner_Form(), button.Picture());
-    if (!image.isNull())
-        image.setAlphaChannel(image.createMaskFromColor(qRgb(192, 192, 192), Qt::MaskOutColor));
-    return QPixmap::fromImage(image);
-}
+// A button with its picture in the colour of its text.
+class Picture_Button final : public QPushButton {
+public:
+    Picture_Button(const toolkit::Command_Button& button, QWidget* parent, const Input& input)
+        : QPushButton(parent), input(input) {
+        if (button.Picture() == 0)
+            return;
+        const QImage image = Picture_Of(button.Owner_Form(), button.Picture());
+        size = image.size();
+        glyph = Glyph_Of(image);
+    }
+
+protected:
+    void paintEvent(QPaintEvent* event) override {
+        QPushButton::paintEvent(event);
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.translate(std::floor((width() - size.width() * input.Scale()) / 2),
+                          std::floor((height() - size.height() * input.Scale()) / 2));
+        painter.scale(input.Scale(), input.Scale());
+        painter.fillPath(glyph, palette().color(QPalette::ButtonText));
+    }
+
+private:
+    const Input& input;
+    QSizeF size;
+    QPainterPath glyph;
+};
 
 } // namespace
 
 Button_View::Button_View(toolkit::Command_Button& button, QWidget* parent, Input& input)
-    : Control_View(button, new QPushButton(parent)), shown(static_cast<QPushButton&>(Widget())) {
+    : Control_View(button, new Picture_Button(button, parent, input), input),
+      shown(static_cast<QPushButton&>(Widget())) {
     shown.setAutoDefault(false);
     shown.setDefault(button.Owner_Form().Default_Button() == &button);
-    if (button.Picture() != 0) {
-        const QPixmap picture = Picture_On_Button(button);
-        shown.setIcon(picture);
-        shown.setIconSize(picture.size());
-    }
     QObject::connect(&shown, &QPushButton::clicked, &shown,
                      [&button, &input] { input.Perform([&button] { user_input::Press(button); }); });
 }
 
 void Button_View::Show() {
     constexpr int Margin = 4;
-    Fit_Caption(shown.width() - 2 * Margin);
+    Fit_Caption(shown.width() - 2 * Scaled(Margin));
     shown.setText(To_Qt(Shown().Caption()));
 }
 

@@ -16,7 +16,7 @@ namespace window {
 
 class Label_View final : public Control_View {
 public:
-    Label_View(toolkit::Label& label, QWidget* parent);
+    Label_View(toolkit::Label& label, QWidget* parent, Input& input);
     void Set_Buddy(QWidget* field) override;
 
 private:
@@ -26,7 +26,8 @@ private:
 };
 
 // The part of a view that shows an editable text in a line edit and sends edits and moves of the caret. An
-// edit that the form's handlers have taken back leaves a brief mark at the field.
+// edit that the form's handlers have taken back leaves a brief mark at the field. Undo and redo are edits,
+// too; they reach back to the last text that the field was given by anything but an edit.
 class Line_Editing {
 public:
     Line_Editing(toolkit::Text_Control& field, QLineEdit& line, Control_View& view, Input& input);
@@ -75,7 +76,7 @@ private:
 
 class Frame_View final : public Control_View {
 public:
-    Frame_View(toolkit::Frame& frame, QWidget* parent);
+    Frame_View(toolkit::Frame& frame, QWidget* parent, Input& input);
 
 private:
     void Show() override;

@@ -1,12 +1,9 @@
 #include "form_window.h"
 
+#include <QApplication>
 #include <QCloseEvent>
-#include <QGuiApplication>
 #include <QKeyEvent>
-#include <QProxyStyle>
 #include <QScopedValueRollback>
-#include <QScreen>
-#include <QStyleOptionComboBox>
 #include <QWindow>
 
 #include <algorithm>
@@ -14,6 +11,7 @@
 
 #include "design_font.h"
 #include "form_picture.h"
+#include "form_style.h"
 #include "geometry.h"
 #include "qt_text.h"
 
@@ -25,48 +23,6 @@ using toolkit::Control;
 namespace {
 
 constexpr int Soon = 20; // milliseconds
-
-class Form_Style final : public QProxyStyle {
-public:
-    // A style whose fields hold a line of text in 19 pixels.
-    Form_Style() : QProxyStyle(QStringLiteral("Fusion")) {}
-
-    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
-                  QStyleHintReturn* result) const override {
-        // A list below its field, which scrolls; the other kind measures all of its entries.
-        if (hint == SH_ComboBox_Popup)
-            return 0;
-        return QProxyStyle::styleHint(hint, option, widget, result);
-    }
-
-    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
-        // An option button may be as low as a line of text.
-        if (metric == PM_ExclusiveIndicatorWidth || metric == PM_ExclusiveIndicatorHeight)
-            return 13;
-        return QProxyStyle::pixelMetric(metric, option, widget);
-    }
-
-    QRect subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,
-                         const QWidget* widget) const override {
-        const auto* combo = qstyleoption_cast<const QStyleOptionComboBox*>(option);
-        if (control != CC_ComboBox || !combo || combo->editable)
-            return QProxyStyle::subControlRect(control, option, part, widget);
-        return List_Only_Part(*combo, part, widget);
-    }
-
-private:
-    // Narrow margins, because the design's combo boxes are just as wide as their texts.
-    QRect List_Only_Part(const QStyleOptionComboBox& combo, SubControl part, const QWidget* widget) const {
-        constexpr int Margin = 3;
-        constexpr int Arrow = 15;
-        const QRect box = combo.rect;
-        if (part == SC_ComboBoxEditField)
-            return visualRect(combo.direction, box, box.adjusted(Margin, Margin, -Arrow, -Margin));
-        if (part == SC_ComboBoxArrow)
-            return visualRect(combo.direction, box, box.adjusted(box.width() - Arrow, 0, -1, 0));
-        return QProxyStyle::subControlRect(CC_ComboBox, &combo, part, widget);
-    }
-};
 
 } // namespace
 
@@ -85,6 +41,12 @@ public:
     }
 
     void reject() override { window.Close_Came(); }
+
+    bool event(QEvent* event) override {
+        if (event->type() == QEvent::ApplicationPaletteChange)
+            setPalette(Readable(QApplication::palette()));
+        return QDialog::event(event);
+    }
 
     bool eventFilter(QObject* widget, QEvent* event) override {
         Control_View* const view = window.view_of_widget.at(widget);
@@ -132,8 +94,9 @@ private:
 Form_Window::Form_Window(toolkit::Form& form, Runner& runner)
     : form(&form), runner(runner), style(std::make_unique<Form_Style>()),
       dialog(std::make_unique<Form_Dialog>(*this)) {
-    dialog->setFont(Stand_In(form.Face()));
-    dialog->setWindowIcon(QPixmap::fromImage(Picture_Of(form, toolkit::Icon_Picture)));
+    dialog->setWindowIcon(Icon_Of(form));
+    dialog->setLayoutDirection(Qt::LeftToRight); // the string table says where everything is
+    dialog->setPalette(Readable(QApplication::palette()));
     at_next_turn.setSingleShot(true);
     QObject::connect(&at_next_turn, &QTimer::timeout, &at_next_turn, [this] { Refresh(); });
     Create_Views();
@@ -256,27 +219,23 @@ void Form_Window::Refresh() {
     Show_Focus();
 }
 
-namespace {
-
-QRect Kept_On_Screen(QRect place) {
-    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
-    place.moveRight(std::min(place.right(), screen.right()));
-    place.moveBottom(std::min(place.bottom(), screen.bottom()));
-    place.moveLeft(std::max(place.left(), screen.left()));
-    place.moveTop(std::max(place.top(), screen.top()));
-    return place;
+void Form_Window::Set_Scale(double wanted) {
+    if (std::exchange(scale, wanted) == wanted)
+        return;
+    style->Scale = scale;
+    dialog->setFont(Stand_In(form->Face(), scale));
 }
-
-} // namespace
 
 void Form_Window::Show_Form() {
     dialog->setWindowTitle(To_Qt(form->Caption()));
     const toolkit::Rectangle place = form->Place();
     const toolkit::Size border = form->Border();
-    dialog->setFixedSize(Pixels(place.Width - border.Width), Pixels(place.Height - border.Height));
+    Set_Scale(Scale_Of(place, border));
+    dialog->setFixedSize(Pixels(place.Width - border.Width, scale),
+                         Pixels(place.Height - border.Height, scale));
     // Where a person has put it, it stays when it grows or shrinks.
     if (!shown_place || shown_place->Left != place.Left || shown_place->Top != place.Top)
-        dialog->move(Kept_On_Screen(Pixels(place)).topLeft());
+        dialog->move(Place_On_Screen(place, scale).topLeft());
     shown_place = place;
 }
 

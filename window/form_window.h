@@ -7,7 +7,6 @@
 #pragma once
 
 #include <QDialog>
-#include <QStyle>
 #include <QTimer>
 
 #include <exception>
@@ -21,6 +20,8 @@
 #include "toolkit/user_input.h"
 
 namespace window {
+
+class Form_Style;
 
 // What a modal dialog ends with when its event loop does.
 automation::Failure Application_Ended();
@@ -53,6 +54,7 @@ public:
 
     void Perform(const std::function<void()>& verb) override;
     bool May_Read() const override { return runner.May_Read(); }
+    double Scale() const override { return scale; }
 
 private:
     class Form_Dialog;
@@ -61,6 +63,7 @@ private:
     Control_View& View_In(toolkit::Control& control);
     void Set_Tab_Order();
     void Changed();
+    void Set_Scale(double wanted);
     void Show_Form();
     void Show_Focus();
     void Settle(const std::exception_ptr& thrown);
@@ -74,11 +77,12 @@ private:
 
     toolkit::Form* form; // null: gone
     Runner& runner;
-    const std::unique_ptr<QStyle> style;
+    const std::unique_ptr<Form_Style> style;
     std::vector<std::unique_ptr<Control_View>> views;
     std::unordered_map<const toolkit::Control*, Control_View*> view_of;
     std::unordered_map<const QObject*, Control_View*> view_of_widget;
     std::optional<toolkit::Rectangle> shown_place;
+    double scale = 0; // none yet
     bool changed = true;
     QTimer at_next_turn; // of the event loop
     bool showing = false;

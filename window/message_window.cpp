@@ -4,6 +4,7 @@
 #include <QPointer>
 
 #include "design_font.h"
+#include "geometry.h"
 #include "qt_text.h"
 
 namespace window {
@@ -44,7 +45,7 @@ automation::Long Answer_Of(const toolkit::Message& message, int button) {
 
 QMessageBox* Create_Box(const toolkit::Message& message, QWidget* over) {
     auto* const box = new QMessageBox(over); // it goes with the dialog, if that goes first
-    box->setFont(Stand_In({}));
+    box->setFont(Stand_In({}, User_Scale()));
     box->setTextFormat(Qt::PlainText);
     box->setText(To_Qt(message.Text));
     box->setWindowTitle(To_Qt(message.Title));
