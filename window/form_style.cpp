@@ -32,7 +32,7 @@ bool Is_Dark(const QPalette& palette) {
 } // namespace
 
 double Contrast(const QColor& one, const QColor& other) {
-    const auto [darker, lighter] = std::minmax(Luminance(one), Luminance(other));
+    const auto [darker, lighter] = std::minmax({Luminance(one), Luminance(other)});
     return (lighter + 0.05) / (darker + 0.05);
 }
 
@@ -102,10 +102,15 @@ QRect Form_Style::List_Only_Part(const QStyleOptionComboBox& combo, SubControl p
 
 namespace {
 
+// The style's own outline has a colour that says more.
+bool Is_Marked(const QStyleOption& option) {
+    const auto* button = qstyleoption_cast<const QStyleOptionButton*>(&option);
+    return (option.state & QStyle::State_HasFocus) ||
+           (button && (button->features & QStyleOptionButton::DefaultButton));
+}
+
 // The style outlines everything darker than the window, which on a dark one nobody sees.
 void Outline(const QStyleOption& option, QPainter& painter, bool round) {
-    if (!Is_Dark(option.palette) || (option.state & QStyle::State_HasFocus))
-        return;
     const QRectF place = QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5);
     const double radius = round ? place.width() / 2 : 2;
     painter.save();
@@ -122,14 +127,15 @@ void Form_Style::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
                                const QWidget* widget) const {
     QProxyStyle::drawPrimitive(element, option, painter, widget);
     const bool round = element == PE_IndicatorRadioButton;
-    if (round || element == PE_FrameLineEdit || element == PE_Frame || element == PE_PanelButtonCommand)
+    const bool outlined = round || element == PE_FrameLineEdit || element == PE_PanelButtonCommand;
+    if (element == PE_Frame || (outlined && Is_Dark(option->palette) && !Is_Marked(*option)))
         Outline(*option, *painter, round);
 }
 
 void Form_Style::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
                                     QPainter* painter, const QWidget* widget) const {
     QProxyStyle::drawComplexControl(control, option, painter, widget);
-    if (control == CC_ComboBox)
+    if (control == CC_ComboBox && Is_Dark(option->palette) && !Is_Marked(*option))
         Outline(*option, *painter, false);
 }
 
