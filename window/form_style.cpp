@@ -45,7 +45,9 @@ QPalette Readable(QPalette palette) {
     };
     for (const auto& [text, behind] : roles) {
         const QColor full = palette.color(QPalette::Active, text);
-        const QColor back = palette.color(QPalette::Disabled, behind);
+        QColor back = palette.color(QPalette::Disabled, behind);
+        if (behind == QPalette::Button && Is_Dark(palette))
+            back = back.lighter(140); // as the style does
         double share = 0.5;
         while (share < 1 && Contrast(Mixed(full, back, share), back) < Wanted)
             share += 0.02;
@@ -55,7 +57,8 @@ QPalette Readable(QPalette palette) {
 }
 
 QColor Line_Color(const QPalette& palette) {
-    return Mixed(palette.color(QPalette::WindowText), palette.color(QPalette::Window), 0.35);
+    return Mixed(palette.color(QPalette::Active, QPalette::WindowText), palette.color(QPalette::Window),
+                 0.35);
 }
 
 int Form_Style::Scaled(int pixels) const {
