@@ -13,8 +13,9 @@ namespace window {
 using toolkit::Control_Kind;
 
 Control_View::Control_View(toolkit::Control& control, QWidget* widget, Input& input)
-    : control(control), widget(widget), input(input) {
+    : control(control), widget(widget), input(input), shown_scale(input.Scale()) {
     widget->setObjectName(To_Qt(control.Name()));
+    widget->setFont(Stand_In(control.Face(), shown_scale)); // before it has entries to lay out
 }
 
 int Control_View::Scaled(int pixels) const {

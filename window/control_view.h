@@ -64,7 +64,7 @@ private:
     toolkit::Control& control;
     QWidget* const widget; // its parent owns it
     Input& input;
-    double shown_scale = 0;
+    double shown_scale;
     bool changed = true;
     bool entries_changed = true;
     QString fitted_caption;

@@ -97,6 +97,7 @@ Form_Window::Form_Window(toolkit::Form& form, Runner& runner)
     dialog->setWindowIcon(Icon_Of(form));
     dialog->setLayoutDirection(Qt::LeftToRight); // the string table says where everything is
     dialog->setPalette(Readable(QApplication::palette()));
+    Set_Scale(Scale_Of(form.Place(), form.Border()));
     at_next_turn.setSingleShot(true);
     QObject::connect(&at_next_turn, &QTimer::timeout, &at_next_turn, [this] { Refresh(); });
     Create_Views();

@@ -82,7 +82,7 @@ private:
     std::unordered_map<const toolkit::Control*, Control_View*> view_of;
     std::unordered_map<const QObject*, Control_View*> view_of_widget;
     std::optional<toolkit::Rectangle> shown_place;
-    double scale = 0; // none yet
+    double scale = 0; // until there are views
     bool changed = true;
     QTimer at_next_turn; // of the event loop
     bool showing = false;
