@@ -15,7 +15,9 @@ using toolkit::Control_Kind;
 Control_View::Control_View(toolkit::Control& control, QWidget* widget, Input& input)
     : control(control), widget(widget), input(input), shown_scale(input.Scale()) {
     widget->setObjectName(To_Qt(control.Name()));
-    widget->setFont(Stand_In(control.Face(), shown_scale)); // before it has entries to lay out
+    // Before it has entries to lay out; and a combo box that is told of a font makes its list for it.
+    if (const QFont font = Stand_In(control.Face(), shown_scale); widget->font() != font)
+        widget->setFont(font);
 }
 
 int Control_View::Scaled(int pixels) const {
