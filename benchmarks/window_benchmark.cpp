@@ -69,6 +69,9 @@ QWidget* Plain(const toolkit::Control& control, QWidget* parent, const QStringLi
 
 void Show_Plain(const toolkit::Form& form, const QStringList& nodes) {
     QDialog dialog;
+    QFont font("Liberation Sans");
+    font.setPixelSize(11);
+    dialog.setFont(font);
     std::map<const toolkit::Control*, QWidget*> made{{nullptr, &dialog}};
     for (const bool frames : {true, false}) // containers first
         for (const toolkit::Control* control : form.Controls())
