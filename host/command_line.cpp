@@ -64,7 +64,6 @@ struct Parser {
     Edit_Command Edit;
     Play_Command Play;
     Store_Init_Command Init;
-    bool Window = false;
     CLI::App* Editing = App.add_subcommand("edit", "Open the editor in a window or a terminal");
     CLI::App* Playing = App.add_subcommand("play", "Run an editing script");
     Strings_Command Strings;
@@ -112,7 +111,8 @@ struct Parser {
         Common_Options_Of(*Playing, Play.Common);
         Text_Option(*Playing, "--picture", Play.Picture, "FILE",
                     "Draw the dialog as the script last left it into this PNG file");
-        Playing->add_flag("--window", Window, "Not available in this build");
+        Playing->add_flag("--window", Play.Window,
+                          "On the real window, by synthesised key strokes and mouse clicks");
     }
 
     void Add_Strings() {
@@ -135,8 +135,6 @@ struct Parser {
     }
 
     Command_Line Parsed() {
-        if (Window)
-            throw Usage_Error("--window is not available: this build has no window player; leave it out");
         if (*Editing)
             return Edit;
         if (*Playing)

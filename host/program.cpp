@@ -43,29 +43,6 @@ std::vector<Command> Load_Script(const std::string& name, std::istream& standard
     throw Usage_Error((name == "-" ? "standard input" : name) + ", " + error.what());
 }
 
-int Run(const Play_Command& command, const Streams& streams) {
-    auto script = Load_Script(command.Script, streams.In);
-    Transcript transcript(streams.Out);
-    Setup setup(command.Common, transcript);
-    setup.Start();
-    Script_Display script_display;
-    Box_Reporter display(script_display, transcript);
-    const Installed_Display installed(display);
-    Script_Player player(script_display, transcript);
-    std::optional<Painter> painter;
-    if (command.Picture) {
-        painter.emplace(*command.Picture);
-        player.On_Step = [&](toolkit::Form& form) { painter->Paint(form); };
-    }
-    if (!player.Run(std::move(script)))
-        throw Start_Error("the dialog stayed up when the script had ended; let the script close it");
-    if (painter)
-        painter->Check();
-    if (!streams.Out)
-        throw Start_Error("the transcript could not be written; check where standard output goes");
-    return status::OK;
-}
-
 int Report(const Job_Outcome& outcome, const Streams& streams) {
     if (outcome.Shown)
         return status::OK;
@@ -81,6 +58,11 @@ struct Place {
     bool Is_Standard_Output = false;
 };
 
+// Why there is no Display.
+Start_Error Not_Started(const automation::Failure& failure) {
+    return Start_Error(automation::To_UTF8(failure.Reason.empty() ? failure.Description : failure.Reason));
+}
+
 Place Open_Place(bool in_terminal) try {
     if (in_terminal)
         return {toolkit::Open_Display(toolkit::Terminal_Identity), true};
@@ -92,7 +74,38 @@ Place Open_Place(bool in_terminal) try {
         return {toolkit::Open_Display(toolkit::Terminal_Identity), true};
     }
 } catch (const automation::Failure& failure) {
-    throw Start_Error(automation::To_UTF8(failure.Reason.empty() ? failure.Description : failure.Reason));
+    throw Not_Started(failure);
+}
+
+std::unique_ptr<toolkit::Display> Open_Window(toolkit::Player& player) try {
+    Offer_Own_Modules();
+    return toolkit::Open_Played_Display(player);
+} catch (const automation::Failure& failure) {
+    throw Not_Started(failure);
+}
+
+int Run(const Play_Command& command, const Streams& streams) {
+    auto script = Load_Script(command.Script, streams.In);
+    Transcript transcript(streams.Out);
+    Setup setup(command.Common, transcript);
+    Script_Display script_display;
+    const auto window = command.Window ? Open_Window(script_display) : nullptr;
+    setup.Start();
+    Box_Reporter display(window ? *window : script_display, transcript);
+    const Installed_Display installed(display);
+    Script_Player player(script_display, transcript);
+    std::optional<Painter> painter;
+    if (command.Picture) {
+        painter.emplace(*command.Picture);
+        player.On_Step = [&](toolkit::Form& form) { painter->Paint(form); };
+    }
+    if (!player.Run(std::move(script)))
+        throw Start_Error("the dialog stayed up when the script had ended; let the script close it");
+    if (painter)
+        painter->Check();
+    if (!streams.Out)
+        throw Start_Error("the transcript could not be written; check where standard output goes");
+    return status::OK;
 }
 
 int Run(const Edit_Command& command, const Streams& streams) {

@@ -2,7 +2,7 @@
 
 namespace host {
 
-Long Script_Display::Show_Message(const toolkit::Message& message) {
+Long Script_Display::Answer(const toolkit::Message& message) {
     namespace answer = toolkit::answer;
     if (closing)
         return message.Asks() ? answer::Discard : answer::OK;

@@ -26,25 +26,18 @@ void Add_Place(ordered_json& line, const toolkit::Rectangle& place) {
 }
 
 // What the kind has besides name, state and place, in front of these.
-void Add_Contents(ordered_json& line, const toolkit::Control& control) {
+void Add_Contents(ordered_json& line, const toolkit::Control& control, const toolkit::Seen_Control& seen) {
     if (const auto* text = dynamic_cast<const toolkit::Text_Control*>(&control)) {
         if (control.Kind() == toolkit::Control_Kind::List_Box)
             return;
-        line["text"] = UTF8(text->Text());
+        line["text"] = UTF8(seen.Text);
         if (text->Is_Editable())
-            line["caret"] = text->Selection_Start();
+            line["caret"] = seen.Caret;
         return;
     }
-    line["caption"] = UTF8(control.Caption());
-    if (const auto* option = dynamic_cast<const toolkit::Option_Button*>(&control))
-        line["value"] = option->Value();
-}
-
-void Add_Selection(ordered_json& line, const toolkit::Control& control) {
-    if (const auto* list = dynamic_cast<const toolkit::List_Control*>(&control)) {
-        line["index"] = list->Selected_Index();
-        line["count"] = list->Count();
-    }
+    line["caption"] = UTF8(seen.Caption);
+    if (control.Kind() == toolkit::Control_Kind::Option_Button)
+        line["value"] = seen.Value;
 }
 
 } // namespace
@@ -79,27 +72,29 @@ void Transcript::No_Form() {
     Print(*out, {{"event", "form"}, {"loaded", false}});
 }
 
-void Transcript::Form(const toolkit::Form& form) {
+void Transcript::Form(const toolkit::Form& form, const toolkit::Seen_Form& seen) {
     ordered_json line{{"event", "form"}, {"loaded", true}};
     line["visible"] = form.Is_Visible();
-    line["caption"] = UTF8(form.Caption());
-    Add_Place(line, form.Place());
+    line["caption"] = UTF8(seen.Caption);
+    Add_Place(line, seen.Place);
     line["mouse_pointer"] = form.Mouse_Pointer();
     line["screen_pointer"] = toolkit::screen::Mouse_Pointer();
-    const toolkit::Control* focused = form.Focused();
-    line["focus"] = focused ? UTF8(focused->Name()) : std::string();
+    line["focus"] = UTF8(seen.Focus);
     Print(*out, line);
 }
 
-void Transcript::Control(const toolkit::Control& control) {
+void Transcript::Control(const toolkit::Control& control, const toolkit::Seen_Control& seen) {
     ordered_json line{{"event", "control"}};
     line["name"] = UTF8(control.Name());
     line["kind"] = UTF8(toolkit::Kind_Name(control.Kind()));
-    Add_Contents(line, control);
-    line["enabled"] = control.Enabled();
-    line["visible"] = control.Visible();
-    Add_Place(line, control.Place());
-    Add_Selection(line, control);
+    Add_Contents(line, control, seen);
+    line["enabled"] = seen.Enabled;
+    line["visible"] = seen.Visible;
+    Add_Place(line, seen.Place);
+    if (dynamic_cast<const toolkit::List_Control*>(&control)) {
+        line["index"] = seen.Index;
+        line["count"] = seen.Count;
+    }
     Print(*out, line);
 }
 

@@ -14,10 +14,10 @@ String_View Take_Character(String_View& text) {
     return character;
 }
 
-Refusal Type(Form& form, Control& control, String_View text) {
-    Refusal refusal = user_input::Enter_Text(control);
+Refusal Type(Hands& hands, Form& form, Control& control, String_View text) {
+    Refusal refusal = hands.Enter_Text(control);
     while (!refusal && !text.empty() && form.Is_Visible())
-        refusal = user_input::Type(control, Take_Character(text));
+        refusal = hands.Type(control, Take_Character(text));
     return refusal;
 }
 
@@ -27,31 +27,30 @@ bool Has_Text_Before_Caret(const Control& control) {
     return field && field->Selection_Start() > 0;
 }
 
-Refusal Backspace(Form& form, Control& control, Long count) {
-    Refusal refusal = user_input::Enter_Text(control);
+Refusal Backspace(Hands& hands, Form& form, Control& control, Long count) {
+    Refusal refusal = hands.Enter_Text(control);
     for (; !refusal && count > 0 && form.Is_Visible() && Has_Text_Before_Caret(control); --count)
-        refusal = user_input::Backspace(control);
+        refusal = hands.Backspace(control);
     return refusal;
 }
 
-Refusal Perform_On(Form& form, Control& control, const Command& command) {
+Refusal Perform_On(Hands& hands, Form& form, Control& control, const Command& command) {
     const auto& arguments = command.Arguments;
     switch (command.Action) {
     case Verb::Focus:
-        return user_input::Focus(control);
+        return hands.Focus(control);
     case Verb::Type:
-        return Type(form, control, arguments[1].Text);
+        return Type(hands, form, control, arguments[1].Text);
     case Verb::Paste:
-        return user_input::Replace(control, 0, String::npos, arguments[1].Text);
+        return hands.Replace(control, 0, String::npos, arguments[1].Text);
     case Verb::Insert:
-        return user_input::Replace(control, static_cast<std::size_t>(arguments[1].Number), 0,
-                                   arguments[2].Text);
+        return hands.Replace(control, static_cast<std::size_t>(arguments[1].Number), 0, arguments[2].Text);
     case Verb::Backspace:
-        return Backspace(form, control, arguments.size() > 1 ? arguments[1].Number : 1);
+        return Backspace(hands, form, control, arguments.size() > 1 ? arguments[1].Number : 1);
     case Verb::Pick:
-        return user_input::Pick(control, arguments[1].Number);
+        return hands.Pick(control, arguments[1].Number);
     case Verb::Click:
-        return user_input::Press(control);
+        return hands.Press(control);
     default:
         return u"this is no command for a control";
     }
@@ -59,16 +58,16 @@ Refusal Perform_On(Form& form, Control& control, const Command& command) {
 
 } // namespace
 
-Refusal Perform_On(Form& form, const Command& command) {
+Refusal Perform_On(Hands& hands, Form& form, const Command& command) {
     const auto keep = form.shared_from_this();
     if (command.Action == Verb::Key)
-        return user_input::Press_Key(form, static_cast<user_input::Key>(command.Arguments[0].Number));
+        return hands.Press_Key(form, static_cast<user_input::Key>(command.Arguments[0].Number));
     if (command.Action == Verb::Close)
-        return user_input::Close(form);
+        return hands.Close(form);
     Control* control = form.Find(command.Control());
     if (!control)
         return u"the dialog has no control " + String(command.Control());
-    return Perform_On(form, *control, command);
+    return Perform_On(hands, form, *control, command);
 }
 
 } // namespace host

@@ -2,12 +2,12 @@
 #pragma once
 
 #include "host/script.h"
-#include "toolkit/user_input.h"
+#include "toolkit/hands.h"
 
 namespace host {
 
 // Why the command could not be performed, or nothing. A command ends silently when the dialog goes away in
 // the middle of it.
-toolkit::user_input::Refusal Perform_On(toolkit::Form& form, const Command& command);
+toolkit::Hands::Refusal Perform_On(toolkit::Hands& hands, toolkit::Form& form, const Command& command);
 
 } // namespace host

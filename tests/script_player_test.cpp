@@ -4,58 +4,18 @@
 // "# options: ...", "# status: N" (0 unless given) and "# error: part of the message".
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <sstream>
-
 #include "program_run.h"
+#include "script_files.h"
 
 namespace {
 
 using program_run::Outcome;
 
-const std::string Scripts = SCRIPTS;
+using namespace script_files;
 
 Outcome Style_Editor(const std::vector<std::string>& arguments, const Temporary_Folder& home,
                      const std::string& input = {}) {
     return program_run::Run(STYLE_EDITOR, arguments, home, Scripts, input);
-}
-
-std::vector<std::string> Words(const std::string& text) {
-    std::istringstream stream(text);
-    return {std::istream_iterator<std::string>(stream), {}};
-}
-
-std::vector<std::string> Lines(const std::string& text) {
-    std::vector<std::string> lines;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);)
-        lines.push_back(line);
-    return lines;
-}
-
-// What stands behind "# NAME: " in the script.
-std::string Directive(const std::string& script, const std::string& name) {
-    const std::string mark = "# " + name + ": ";
-    for (const std::string& line : Lines(script))
-        if (line.rfind(mark, 0) == 0)
-            return line.substr(mark.size());
-    return {};
-}
-
-// The time of a change, the second argument, is the only text that differs from run to run.
-std::string Without_Time(std::string line) {
-    const std::string mark = "\"Update_Node_Entry\",\"arguments\":[\"";
-    const auto label = line.find(mark);
-    if (label == std::string::npos)
-        return line;
-    const auto time = line.find("\",\"", label + mark.size()) + 3;
-    return line.replace(time, line.find('"', time) - time, "<now>");
-}
-
-std::vector<std::string> Comparable(const std::string& transcript) {
-    std::vector<std::string> lines = Lines(transcript);
-    std::transform(lines.begin(), lines.end(), lines.begin(), Without_Time);
-    return lines;
 }
 
 class Scripted : public testing::TestWithParam<std::string> {};
@@ -75,15 +35,6 @@ TEST_P(Scripted, Prints_What_Is_Expected) {
     const std::string error = Directive(script, "error");
     EXPECT_EQ(outcome.Errors.empty(), error.empty()) << outcome.Errors;
     EXPECT_NE(outcome.Errors.find(error), std::string::npos) << outcome.Errors;
-}
-
-std::vector<std::string> Script_Names() {
-    std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(Scripts))
-        if (entry.path().extension() == ".script")
-            names.push_back(entry.path().stem().string());
-    std::sort(names.begin(), names.end());
-    return names;
 }
 
 INSTANTIATE_TEST_SUITE_P(Script, Scripted, testing::ValuesIn(Script_Names()),
@@ -110,7 +61,7 @@ TEST(Program, Says_What_Is_Wrong_And_Leaves_Nothing_Behind) {
     const Bad_Start cases[] = {
         {{}, 2, "play"},
         {{"play"}, 2, "SCRIPT"},
-        {{"play", "-", "--window"}, 2, "no window player"},
+        {{"play", "-", "--window"}, 3, "display"},
         {{"play", "@/none.script"}, 2, "none.script"},
         {{"play", "@"}, 2, "cannot be read"},
         {{"play", "-", "--fail", "Nothing"}, 2, "'Nothing'"},

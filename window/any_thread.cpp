@@ -17,9 +17,7 @@ std::shared_ptr<Gui_Thread> Own_Thread() {
     return gui && gui->Is_Running() ? gui : nullptr;
 }
 
-} // namespace
-
-std::unique_ptr<toolkit::Display> Open_Display() {
+std::unique_ptr<toolkit::Display> Open(toolkit::Player* player) {
     const std::lock_guard lock(Gui_Thread::Coming_And_Going);
     Gui_Thread::Require_Display();
     std::shared_ptr<Gui_Thread> gui = Own_Thread();
@@ -28,9 +26,21 @@ std::unique_ptr<toolkit::Display> Open_Display() {
     QCoreApplication& application = *QCoreApplication::instance();
     Require_Widgets(application);
     if (application.thread() != QThread::currentThread())
-        return Create_Bridged_Display(application, std::move(gui));
+        return Create_Bridged_Display(application, std::move(gui), player);
+    if (player)
+        throw Cannot_Show("A script cannot play on the Qt application's own thread; play it on another");
     int none = 0;
     return Create_Qt_Display(none, nullptr);
+}
+
+} // namespace
+
+std::unique_ptr<toolkit::Display> Open_Display() {
+    return Open(nullptr);
+}
+
+std::unique_ptr<toolkit::Display> Open_Played_Display(toolkit::Player& player) {
+    return Open(&player);
 }
 
 } // namespace window

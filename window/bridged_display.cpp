@@ -1,10 +1,15 @@
 #include "bridged_display.h"
 
+#include <QTimer>
+
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 #include "geometry.h"
+#include "message_window.h"
 #include "qt_side.h"
+#include "synthetic_hands.h"
 
 namespace window {
 
@@ -15,8 +20,9 @@ thread_local Bridged_Display* of_this_thread = nullptr;
 
 class Bridged_Display final : public toolkit::Display, public Runner {
 public:
-    Bridged_Display(QCoreApplication& application, std::shared_ptr<Gui_Thread> own)
-        : gui(std::move(own)), bridge(std::make_shared<Bridge>()), side(new Qt_Side(application, bridge)) {
+    Bridged_Display(QCoreApplication& application, std::shared_ptr<Gui_Thread> own, toolkit::Player* player)
+        : gui(std::move(own)), player(player), bridge(std::make_shared<Bridge>()),
+          side(new Qt_Side(application, bridge)) {
         of_this_thread = this;
     }
     ~Bridged_Display() override {
@@ -93,7 +99,10 @@ private:
     void Note(const toolkit::Form& form, toolkit::Control* control, toolkit::Property property);
     void Deliver();
 
+    void Let_Play(toolkit::Form& form, Form_Window& window);
+
     std::shared_ptr<Gui_Thread> gui;
+    toolkit::Player* const player; // null: a person
     const std::shared_ptr<Bridge> bridge;
     Qt_Side* const side; // Qt's thread has it
     mutable toolkit::Size screen_size{};
@@ -136,13 +145,35 @@ void Bridged_Display::Run_Modal(toolkit::Form& form) {
         shown.back().Window = &window; // before it takes input
         window.Open([&over] { over = true; });
         side->Show_Pointer(busy);
+        if (player)
+            Let_Play(form, window);
     };
     if (!bridge->Wait(open, over) || !On_Qt([this] { side->Close(); }))
         throw Application_Ended();
 }
 
+// To the window it all is one verb, with the input that it brings about nested in it.
+void Bridged_Display::Let_Play(toolkit::Form& form, Form_Window& window) {
+    const auto play = [this, &form, &window] {
+        Synthetic_Hands hands(window, [this](const Work& work) { return On_Qt(work); });
+        player->Play(form, hands);
+    };
+    const auto start = [this, &form, &window, play] {
+        if (window.May_Read())
+            window.Perform(play);
+        else // the window's own first verb is still under way
+            Let_Play(form, window);
+    };
+    QTimer::singleShot(0, &window.Dialog(), start);
+}
+
 automation::Long Bridged_Display::Show_Message(const toolkit::Message& message) {
     automation::Long answer = toolkit::answer::Not_Shown;
+    std::optional<automation::Long> played;
+    if (player)
+        played = player->Answer(message);
+    if (played && !Has_Button(message, *played))
+        return *played;
     bool answered = false;
     const auto answer_with = [&](automation::Long given) {
         answer = given;
@@ -151,7 +182,9 @@ automation::Long Bridged_Display::Show_Message(const toolkit::Message& message) 
     };
     const auto put = [&] {
         Deliver();
-        side->Ask(message, answer_with);
+        QMessageBox& box = side->Ask(message, answer_with);
+        if (played)
+            Click_Button_Soon(Button_Of(box, *played));
     };
     bridge->Wait(put, answered);
     return answer;
@@ -160,8 +193,13 @@ automation::Long Bridged_Display::Show_Message(const toolkit::Message& message) 
 } // namespace
 
 std::unique_ptr<toolkit::Display> Create_Bridged_Display(QCoreApplication& application,
-                                                         std::shared_ptr<Gui_Thread> gui) {
-    return std::make_unique<Bridged_Display>(application, std::move(gui));
+                                                         std::shared_ptr<Gui_Thread> gui,
+                                                         toolkit::Player* player) {
+    return std::make_unique<Bridged_Display>(application, std::move(gui), player);
+}
+
+bool Has_Bridged_Display() {
+    return of_this_thread != nullptr;
 }
 
 bool Done_On_Qt_Thread(const std::function<void(Runner&)>& work) {

@@ -20,6 +20,14 @@ inline QRect Pixels(const toolkit::Rectangle& place, double scale) {
     return {first, QSize(behind.x() - first.x(), behind.y() - first.y())};
 }
 
+// The way back, to the pixel.
+inline toolkit::Rectangle Twips(const QRect& place, double scale) {
+    const auto twips = [scale](int pixels) {
+        return static_cast<toolkit::Twips>(std::lround(pixels * toolkit::Twips_Per_Pixel / scale));
+    };
+    return {twips(place.x()), twips(place.y()), twips(place.width()), twips(place.height())};
+}
+
 // How much larger than designed the user's font settings want everything; 1 for the usual ones.
 double User_Scale();
 

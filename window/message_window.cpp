@@ -2,6 +2,7 @@
 
 #include <QMessageBox>
 #include <QPointer>
+#include <QPushButton>
 
 #include "design_font.h"
 #include "geometry.h"
@@ -56,6 +57,24 @@ QMessageBox* Create_Box(const toolkit::Message& message, QWidget* over) {
 }
 
 } // namespace
+
+bool Has_Button(const toolkit::Message& message, automation::Long answer) {
+    namespace answers = toolkit::answer;
+    return message.Asks() ? answer >= answers::Save && answer <= answers::Cancel : answer == answers::OK;
+}
+
+QWidget& Button_Of(const QMessageBox& box, automation::Long answer) {
+    switch (answer) {
+    case toolkit::answer::Save:
+        return *box.button(QMessageBox::Save);
+    case toolkit::answer::Discard:
+        return *box.button(QMessageBox::Discard);
+    case toolkit::answer::Cancel:
+        return *box.button(QMessageBox::Cancel);
+    default:
+        return *box.button(QMessageBox::Ok);
+    }
+}
 
 automation::Long Ask(const toolkit::Message& message, QWidget* over) {
     const QPointer box = Create_Box(message, over);

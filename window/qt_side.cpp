@@ -96,10 +96,11 @@ void Qt_Side::Close() {
     guard.Window.Close();
 }
 
-void Qt_Side::Ask(const toolkit::Message& message, const std::function<void(automation::Long)>& answered) {
+QMessageBox& Qt_Side::Ask(const toolkit::Message& message,
+                          const std::function<void(automation::Long)>& answered) {
     boxes.erase(std::remove(boxes.begin(), boxes.end(), nullptr), boxes.end());
     QWidget* const over = windows.empty() ? nullptr : &windows.back()->Dialog();
-    boxes.emplace_back(&Put(message, over, answered));
+    return *boxes.emplace_back(&Put(message, over, answered));
 }
 
 void Qt_Side::Show_Pointer(bool busy) {

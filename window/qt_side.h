@@ -26,7 +26,7 @@ public:
     Form_Window& Add(toolkit::Form& form, Runner& runner);
     // Takes the window that was added last away. Throws what a handler threw.
     void Close();
-    void Ask(const toolkit::Message& message, const std::function<void(automation::Long)>& answered);
+    QMessageBox& Ask(const toolkit::Message& message, const std::function<void(automation::Long)>& answered);
     // Of the form's thread; seen as long as that has a window.
     void Show_Pointer(bool busy);
 

@@ -17,13 +17,21 @@ void Save(toolkit::Form& form, const std::string& path, Runner& runner) {
         throw Cannot_Show("The picture " + path + " cannot be written; check the folder and its rights");
 }
 
+bool Is_Applications_Thread() {
+    const auto* application = qobject_cast<QApplication*>(QCoreApplication::instance());
+    return application && application->thread() == QThread::currentThread();
+}
+
 } // namespace
+
+bool Can_Save_Pictures() {
+    return Has_Bridged_Display() || Is_Applications_Thread();
+}
 
 void Save_Picture(toolkit::Form& form, const std::string& path) {
     if (Done_On_Qt_Thread([&](Runner& runner) { Save(form, path, runner); }))
         return;
-    const auto* application = qobject_cast<QApplication*>(QCoreApplication::instance());
-    if (!application || application->thread() != QThread::currentThread())
+    if (!Is_Applications_Thread())
         throw Cannot_Show("No picture can be made without a display on this thread; create one first");
     Direct_Runner runner;
     Save(form, path, runner);

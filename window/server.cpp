@@ -3,6 +3,7 @@
 
 #include "automation/text.h"
 #include "toolkit/display_source.h"
+#include "toolkit/hands.h"
 #include "window/any_thread.h"
 #include "window/qt_display.h"
 
@@ -11,21 +12,30 @@ namespace {
 using automation::Status;
 
 // Qt's threads and statics do not survive the loss of their code: once it runs, the module stays.
-std::unique_ptr<toolkit::Display> Open_Window_Display() {
+void Stay_Loaded() {
     static const automation::Keep_Module to_the_end;
-    return window::Open_Display();
 }
 
-class Source final : public automation::Object<toolkit::Display_Source, toolkit::Picture_Maker> {
+class Source final : public automation::Object<toolkit::Display_Source, toolkit::Played_Display_Source,
+                                               toolkit::Picture_Maker> {
 public:
     Status Open_Display(toolkit::Display*& display) override {
-        return automation::Guard(toolkit::Window_Identity,
-                                 [&] { display = Open_Window_Display().release(); });
+        return automation::Guard(toolkit::Window_Identity, [&] {
+            Stay_Loaded();
+            display = window::Open_Display().release();
+        });
+    }
+    Status Open_Played_Display(toolkit::Display*& display, toolkit::Player& player) override {
+        return automation::Guard(toolkit::Window_Identity, [&] {
+            Stay_Loaded();
+            display = window::Open_Played_Display(player).release();
+        });
     }
     Status Save_Picture(toolkit::Form& form, const automation::Variant& path) override {
         return automation::Guard(toolkit::Window_Identity, [&] {
-            if (!for_pictures)
-                for_pictures = Open_Window_Display();
+            Stay_Loaded();
+            if (!for_pictures && !window::Can_Save_Pictures())
+                for_pictures = window::Open_Display();
             window::Save_Picture(form, automation::To_UTF8(path.To_Text()));
         });
     }

@@ -82,6 +82,13 @@ std::unique_ptr<Display> Open_Display(String_View program_identity) {
     return std::unique_ptr<Display>(display);
 }
 
+std::unique_ptr<Display> Open_Played_Display(Player& player) {
+    const auto source = automation::Create_Bound<Played_Display_Source>(Window_Identity);
+    Display* display = nullptr;
+    automation::Check(source->Open_Played_Display(display, player));
+    return std::unique_ptr<Display>(display);
+}
+
 Display& Current_Display() {
     Thread_State& state = State();
     if (state.Current)

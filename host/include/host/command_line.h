@@ -31,6 +31,7 @@ struct Play_Command {
     Common_Options Common;
     std::string Script;                 // "-" is standard input
     std::optional<std::string> Picture; // file for a picture of the dialog as the script last left it
+    bool Window = false;                // on real widgets instead of the bare controls
 };
 
 struct Store_Init_Command {

@@ -1,5 +1,5 @@
 // A Display without a screen: message boxes get the answers that the script has queued, and a modal dialog
-// is handed to whoever plays the script.
+// is handed to whoever plays the script. A window that is played does the same with it as its player.
 //
 // The screen is 15360 x 11520 twips. Belongs to one thread.
 #pragma once
@@ -8,14 +8,14 @@
 #include <functional>
 
 #include "host/script.h"
-#include "toolkit/form.h"
+#include "toolkit/hands.h"
 
 namespace host {
 
-class Script_Display final : public toolkit::Display {
+class Script_Display final : public toolkit::Display, public toolkit::Player {
 public:
     // Acts on the dialog until it is not visible any more.
-    std::function<void(toolkit::Form&)> On_Modal;
+    std::function<void(toolkit::Form&, toolkit::Hands&)> On_Modal;
 
     void Queue_Answer(Long answer) { answers.push_back(answer); }
     // From now on boxes are answered so that a dialog closes: a save question with discard, others with OK.
@@ -28,11 +28,15 @@ public:
     void Control_Changed(toolkit::Control&, toolkit::Property) override {}
     void Focus_Changed(toolkit::Form&) override {}
     void Pointer_Changed() override {}
-    void Run_Modal(toolkit::Form& form) override { On_Modal(form); }
+    void Run_Modal(toolkit::Form& form) override { Play(form, bare); }
     void Process_Pending_Messages() override {}
-    Long Show_Message(const toolkit::Message& message) override;
+    Long Show_Message(const toolkit::Message& message) override { return Answer(message); }
+
+    void Play(toolkit::Form& form, toolkit::Hands& hands) override { On_Modal(form, hands); }
+    Long Answer(const toolkit::Message& message) override;
 
 private:
+    toolkit::Hands bare;
     std::deque<Long> answers;
     bool closing = false;
 };

@@ -2,12 +2,12 @@
 // dialog is up act on the dialog.
 //
 // The display and the transcript belong to the caller and outlive the player; the display has to be the
-// calling thread's (alone or behind a Box_Reporter). Everything comes on that thread.
+// calling thread's (alone or behind a Box_Reporter), or the player of the one that is. Everything comes on
+// that thread.
 #pragma once
 
 #include "host/script_display.h"
 #include "host/transcript.h"
-#include "toolkit/user_input.h"
 
 namespace host {
 
@@ -26,7 +26,7 @@ public:
     bool Run(std::vector<Command> script);
 
 private:
-    using Refusal = toolkit::user_input::Refusal;
+    using Refusal = toolkit::Hands::Refusal;
 
     void Run_Next();
     Refusal Perform(const Command& command);
@@ -35,7 +35,7 @@ private:
     Refusal Show(const Command& command);
     Refusal Show_Items(const Command& command);
 
-    void Act_On(toolkit::Form& form);
+    void Act_On(toolkit::Form& form, toolkit::Hands& used);
     void Close_At_End(toolkit::Form& form);
     bool Is_Up() const { return modal && modal->Is_Visible(); }
     toolkit::Form* Loaded_Form() const;
@@ -46,6 +46,7 @@ private:
     std::vector<Command> commands;
     std::size_t next = 0;
     toolkit::Form* modal = nullptr;
+    toolkit::Hands* hands = nullptr; // of the modal form
     bool stayed_up = false;
 };
 

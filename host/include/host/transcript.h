@@ -9,7 +9,7 @@
 
 #include "host/job.h"
 #include "host/script.h"
-#include "toolkit/form.h"
+#include "toolkit/seen.h"
 
 namespace host {
 
@@ -22,8 +22,9 @@ public:
     void Call(String_View component, String_View operation, const std::vector<String>& arguments);
     void Box(const toolkit::Message& message, Long answer);
     void No_Form();
-    void Form(const toolkit::Form& form);
-    void Control(const toolkit::Control& control);
+    // `seen`: what is shown of it.
+    void Form(const toolkit::Form& form, const toolkit::Seen_Form& seen);
+    void Control(const toolkit::Control& control, const toolkit::Seen_Control& seen);
     void Items(const toolkit::List_Control& list);
     void Refused(const Command& command, String_View reason);
     void Result(const Job_Outcome& outcome);

@@ -32,5 +32,7 @@ std::unique_ptr<toolkit::Display> Create_Qt_Display(int& argc, char** argv);
 // Display, and the calling thread must have a Display of Create_Qt_Display or Open_Display. Throws
 // Cannot_Show when there is none or the file cannot be written; `path` is in the file system's encoding.
 void Save_Picture(toolkit::Form& form, const std::string& path);
+// The calling thread has such a Display.
+bool Can_Save_Pictures();
 
 } // namespace window

@@ -46,7 +46,24 @@ protected:
     ~Picture_Maker() = default;
 };
 
+class Player;
+
+class Played_Display_Source : public automation::Unknown {
+public:
+    static constexpr automation::Identity Interface_Identity{
+        0x8A1D9E46, 0x27F3, 0x4C05, {0xB7, 0x62, 0x5E, 0x90, 0xD4, 0x1C, 0x3B, 0xA8}};
+
+    // A Display for the calling thread, which owns it (delete). Its forms and message boxes are really shown,
+    // and used by synthesised input: what the player does with its hands. The player outlives the Display.
+    virtual automation::Status Open_Played_Display(Display*& display, Player& player) = 0;
+
+protected:
+    ~Played_Display_Source() = default;
+};
+
 // A Display of the registered or offered source; throws automation::Failure.
 std::unique_ptr<Display> Open_Display(String_View source = Window_Identity);
+// The window's, played.
+std::unique_ptr<Display> Open_Played_Display(Player& player);
 
 } // namespace toolkit

@@ -16,6 +16,14 @@ using Refusal = std::optional<String>;
 
 enum class Key { Enter, Escape, Tab };
 
+// What speaks against a verb, before it: the reasons that the verbs below give. Nothing is changed.
+Refusal Can_Focus(Control& control);
+Refusal Can_Edit(Control& control); // Enter_Text, Type, Backspace, Replace and Edit
+Refusal Can_Pick(Control& control, automation::Long index);
+Refusal Can_Press(Control& control);
+Refusal Can_Press_Key(Form& form, Key key);
+Refusal Can_Close(Form& form);
+
 Refusal Focus(Control& control);
 // A control that does not have the focus gets it, with the caret behind its last character.
 Refusal Enter_Text(Control& control);
