@@ -13,22 +13,6 @@ using toolkit::Form;
 
 namespace {
 
-Control* Previous_Tab_Stop(const Form& form) {
-    const Control* const focused = form.Focused();
-    Control* last = nullptr;
-    Control* previous = nullptr;
-    for (Control* control : form.Controls()) {
-        if (!control->Is_Tab_Stop())
-            continue;
-        if (!last || control->Tab_Index() > last->Tab_Index())
-            last = control;
-        if (focused && control->Tab_Index() < focused->Tab_Index() &&
-            (!previous || control->Tab_Index() > previous->Tab_Index()))
-            previous = control;
-    }
-    return previous ? previous : last;
-}
-
 bool Is_Space(const Key& key) {
     return key.Which == Key::Name::Character && key.Text == u" ";
 }
@@ -68,7 +52,7 @@ bool Form_Keys::Move_Or_Leave(Form& form, Key::Name key) {
         user_input::Press_Key(form, user_input::Key::Tab);
         return true;
     case Key::Name::Back_Tab:
-        if (Control* previous = Previous_Tab_Stop(form))
+        if (Control* previous = form.Previous_Tab_Stop(form.Focused()))
             user_input::Focus(*previous);
         return true;
     case Key::Name::Enter:

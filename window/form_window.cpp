@@ -316,31 +316,11 @@ bool Form_Window::Key_Came(Control_View* view, int key, bool repeated) {
     return true;
 }
 
-namespace {
-
-Control* Previous_Tab_Stop(const toolkit::Form& form) {
-    const Control* const focused = form.Focused();
-    Control* last = nullptr;
-    Control* previous = nullptr;
-    for (Control* control : form.Controls()) {
-        if (!control->Is_Tab_Stop())
-            continue;
-        if (!last || control->Tab_Index() > last->Tab_Index())
-            last = control;
-        if (focused && control->Tab_Index() < focused->Tab_Index() &&
-            (!previous || control->Tab_Index() > previous->Tab_Index()))
-            previous = control;
-    }
-    return previous ? previous : last;
-}
-
-} // namespace
-
 void Form_Window::Tab_Came(bool forward) {
     Perform([this, forward] {
         if (forward)
             user_input::Press_Key(*form, user_input::Key::Tab);
-        else if (Control* previous = Previous_Tab_Stop(*form))
+        else if (Control* previous = form->Previous_Tab_Stop(form->Focused()))
             user_input::Focus(*previous);
     });
 }

@@ -140,19 +140,34 @@ Control* Form::Focused() const {
     return focused ? focused : Next_Tab_Stop(nullptr);
 }
 
-Control* Form::Next_Tab_Stop(const Control* from) const {
+namespace {
+
+// In tab order when `direction` is 1, against it when it is -1, wrapping around.
+Control* Tab_Stop_Beside(const std::vector<Control*>& controls, const Control* from, int direction) {
     Control* first = nullptr;
     Control* next = nullptr;
+    auto before = [direction](const Control* one, const Control* other) {
+        return one->Tab_Index() * direction < other->Tab_Index() * direction;
+    };
     for (Control* control : controls) {
         if (!control->Is_Tab_Stop())
             continue;
-        if (!first || control->Tab_Index() < first->Tab_Index())
+        if (!first || before(control, first))
             first = control;
-        if (from && control->Tab_Index() > from->Tab_Index() &&
-            (!next || control->Tab_Index() < next->Tab_Index()))
+        if (from && before(from, control) && (!next || before(control, next)))
             next = control;
     }
     return next ? next : first;
+}
+
+} // namespace
+
+Control* Form::Next_Tab_Stop(const Control* from) const {
+    return Tab_Stop_Beside(controls, from, 1);
+}
+
+Control* Form::Previous_Tab_Stop(const Control* from) const {
+    return Tab_Stop_Beside(controls, from, -1);
 }
 
 void Form::User_Move_Focus(Control& control) {

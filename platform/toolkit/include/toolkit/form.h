@@ -70,6 +70,7 @@ public:
     Command_Button* Cancel_Button() const { return cancel_button; }
     // The tab stop after `from` in tab order, wrapping around; from null: the first one.
     Control* Next_Tab_Stop(const Control* from) const;
+    Control* Previous_Tab_Stop(const Control* from) const; // from null: the last one
 
     // For toolkit/user_input.h: raises the old control's On_Lost_Focus after the move.
     void User_Move_Focus(Control& control);
