@@ -1,3 +1,4 @@
+// The Display of a run.
 #pragma once
 
 #include "toolkit/form.h"
