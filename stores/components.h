@@ -7,6 +7,7 @@
 
 #include "automation/apartment.h"
 #include "interfaces/product_components.h"
+#include "interfaces/store_history.h"
 #include "interfaces/store_keeper.h"
 #include "stores/store.h"
 
@@ -31,9 +32,16 @@ using Shared_Store = std::shared_ptr<Store>;
 // it is missing, made. Throws automation::Failure.
 Shared_Store Current_Store();
 
-// Every component belongs to the thread that created it.
-template <typename Interface>
-class Component : public automation::Object<Interface> {
+// The store and the visit of a component that is being created.
+struct Workplace {
+    const Shared_Store Store = Current_Store();
+    const std::shared_ptr<Visit> Editor = Store->Visit_Here();
+};
+
+// Every component belongs to the thread that created it. Failures go out under the first interface's
+// identity.
+template <typename Interface, typename... Others>
+class Component : public automation::Object<Interface, Others...> {
 protected:
     template <typename Body>
     automation::Status Serve(Body&& body) const {

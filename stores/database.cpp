@@ -20,27 +20,6 @@ void Open_File(soci::session& session, const Location& location) {
     session.open(*soci::factory_sqlite3(), "dbname=" + pinned.Path() + Patience);
 }
 
-// SOCI takes the URL apart at an equals sign and spoils one that has none.
-std::string With_An_Option(const std::string& url) {
-    if (url.find('=') != std::string::npos)
-        return url;
-    return url + (url.find('?') == std::string::npos ? '?' : '&') + "application_name=style-editor";
-}
-
-void Open_Server(soci::session& session, const Location& location) {
-    // The library is named in full so that the system's loader looks for it: the registry's own search
-    // begins in the current folder.
-    const std::string backend = "postgresql";
-    try {
-        soci::dynamic_backends::register_backend(backend, "libsoci_postgresql.so.4.0");
-    } catch (const soci::soci_error&) {
-        throw Store_Error(Store_Error::Reason::Unusable,
-                          "The store " + location.Name +
-                              " needs SOCI's PostgreSQL backend; install the package libsoci-postgresql4.0");
-    }
-    session.open(backend, With_An_Option(location.Target));
-}
-
 // What the database said, without the name of the procedure that heard it.
 std::string Plain_Message(const soci::soci_error& error) {
     std::string text = error.get_error_message();
@@ -52,11 +31,8 @@ std::string Plain_Message(const soci::soci_error& error) {
     return text.substr(0, text.find_last_not_of(" .") + 1);
 }
 
-const char* Advice(const soci::soci_error& error) {
-    const auto* file_error = dynamic_cast<const soci::sqlite3_soci_error*>(&error);
-    if (!file_error)
-        return "check the server's address, your rights and that the server runs";
-    switch (file_error->result() & 0xFF) {
+const char* Advice_On_File(const soci::sqlite3_soci_error& error) {
+    switch (error.result() & 0xFF) {
     case SQLITE_NOTADB:
         return "name a file that style-editor store init has made";
     case SQLITE_BUSY:
@@ -71,6 +47,26 @@ const char* Advice(const soci::soci_error& error) {
     default:
         return "restore it from a copy, or make a new one with style-editor store init";
     }
+}
+
+const char* Advice(const soci::soci_error& error) {
+    if (const auto* file_error = dynamic_cast<const soci::sqlite3_soci_error*>(&error))
+        return Advice_On_File(*file_error);
+    switch (error.get_error_category()) {
+    case soci::soci_error::no_privilege:
+        return "ask the store's administrator for the rights of an editor";
+    case soci::soci_error::connection_error:
+        return "try again when the server runs";
+    default:
+        return "check the server's address, your rights and that the server runs";
+    }
+}
+
+void Replace_All(std::string& text, const std::string& from, const std::string& to) {
+    if (from.empty())
+        return;
+    for (auto at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
+        text.replace(at, from.size(), to);
 }
 
 } // namespace
@@ -106,6 +102,7 @@ void Statement::Run(const Values& values) {
         else if (const auto* text = std::get_if<std::string>(&held))
             slot.Text = *text;
     }
+    Watchdog::Ask();
     statement.execute(out.empty());
 }
 
@@ -126,26 +123,103 @@ bool Statement::Next(Row& row) {
 }
 
 Database::Database(const Location& location) : Place(location) {
-    Explain(location,
-            [&] { location.Is_File ? Open_File(session, location) : Open_Server(session, location); });
+    Explain([&] { Connect(); });
 }
 
-void Database::Operate(const std::function<void(soci::session&)>& body) {
+void Database::Connect() {
+    watchdog.reset();
+    session.close();
+    if (Place.Is_File)
+        return Open_File(session, Place);
+    Open_Server(session, Place);
+    watchdog.emplace(Socket_Of(session, Place), Patience_For(Place));
+    const Watchdog::Watch watch(&*watchdog);
+    Statement select(session, "SELECT session_user", 1);
+    select.Run();
+    if (Row row; select.Next(row) && row[0])
+        user = automation::To_UTF8(*row[0]);
+}
+
+void Database::Begin() {
+    if (Place.Is_File)
+        return session.begin();
+    const bool known_to_be_gone = !session.is_connected();
+    if (known_to_be_gone)
+        Connect();
+    const auto begin = [&] {
+        const Watchdog::Watch watch(&*watchdog);
+        session.begin();
+    };
+    try {
+        begin();
+    } catch (const soci::soci_error&) {
+        if (known_to_be_gone || session.is_connected() || watchdog->Has_Bitten())
+            throw;
+        Connect(); // it went away after the last operation; nothing of this one was sent
+        begin();
+    }
+}
+
+void Database::Commit() {
+    committing = true;
+    Watchdog::Ask();
+    session.commit();
+    committing = false;
+}
+
+void Database::Roll_Back() noexcept {
+    try {
+        Watchdog::Ask();
+        session.rollback();
+    } catch (const soci::soci_error&) {
+        // With the connection the transaction is gone too.
+    }
+}
+
+void Database::In_Transaction(const Body& body) {
+    const std::lock_guard hold(mutex);
+    committing = false;
+    Begin();
+    const Watchdog::Watch watch(watchdog ? &*watchdog : nullptr);
+    try {
+        body(session);
+        Commit();
+    } catch (...) {
+        Roll_Back();
+        throw;
+    }
+}
+
+void Database::Operate(const Body& body) {
     try {
         In_Transaction(body);
     } catch (const soci::soci_error& error) {
         throw automation::Failure(automation::Status_Unspecified,
-                                  From_UTF8(Plain_Message(error)).value_or(u"The store could not be used"));
+                                  automation::From_UTF8_Replacing(Complaint(error)));
     }
 }
 
-void Explain(const Location& location, const std::function<void()>& body) {
+void Database::Explain(const std::function<void()>& body) const {
     try {
         body();
     } catch (const soci::soci_error& error) {
-        throw Store_Error(Store_Error::Reason::Unusable, "The store " + location.Name + " cannot be used: " +
-                                                             Plain_Message(error) + "; " + Advice(error));
+        throw Store_Error(Store_Error::Reason::Unusable, Complaint(error));
     }
+}
+
+// One line that names the store and says what to do, without a password.
+std::string Database::Complaint(const soci::soci_error& error) const {
+    std::string said = Plain_Message(error);
+    const bool is_lost = !Place.Is_File && !session.is_connected();
+    if (watchdog && watchdog->Has_Bitten())
+        said = "the server did not answer in time";
+    Replace_All(said, Place.Target, Place.Name);
+    for (const std::string& secret : Place.Secrets)
+        Replace_All(said, secret, "***");
+    if (is_lost && committing)
+        said += "; whether the change was stored is not known";
+    return "The store " + Place.Name + " cannot be used: " + said + "; " +
+           (is_lost && watchdog ? "try again when the server runs" : Advice(error));
 }
 
 } // namespace stores

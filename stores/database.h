@@ -11,13 +11,10 @@
 #include <variant>
 #include <vector>
 
-// Debian's SOCI is configured with Boost, which its headers need for binding Boost's own types only.
-#include <soci/soci-config.h>
-#undef SOCI_HAVE_BOOST
-#include <soci/soci.h>
-
 #include "automation/failure.h"
 #include "location.h"
+#include "server_connection.h"
+#include "watchdog.h"
 
 namespace stores {
 
@@ -60,6 +57,9 @@ private:
     soci::statement statement; // last: it refers to the slots
 };
 
+using Body = std::function<void(soci::session&)>;
+
+// A server that went away is connected to again at the beginning of the next operation.
 class Database {
 public:
     // Store_Error when it cannot be reached.
@@ -67,25 +67,31 @@ public:
 
     // Runs body(session) as one transaction while no other thread uses the connection; what it throws
     // rolls everything back.
-    template <typename Body>
-    void In_Transaction(Body&& body) {
-        const std::lock_guard hold(mutex);
-        soci::transaction transaction(session);
-        body(session);
-        transaction.commit();
-    }
+    void In_Transaction(const Body& body);
 
     // The same for an operation of a component: what the database reports becomes an automation::Failure.
-    void Operate(const std::function<void(soci::session&)>& body);
+    void Operate(const Body& body);
+
+    // Runs the body; what the database reports becomes a Store_Error that names the store.
+    void Explain(const std::function<void()>& body) const;
+
+    // Whom the server takes this program for; nothing for a file.
+    const std::optional<std::string>& User() const { return user; }
 
     const Location Place;
 
 private:
+    void Connect();
+    void Begin();
+    void Commit();
+    void Roll_Back() noexcept;
+    std::string Complaint(const soci::soci_error& error) const;
+
     std::mutex mutex;
     soci::session session;
+    std::optional<std::string> user;
+    std::optional<Watchdog> watchdog; // of a server; it goes before its connection
+    bool committing = false;          // when a failure comes: nobody knows what became of the change
 };
-
-// Runs the body; what the database reports becomes a Store_Error that names the store.
-void Explain(const Location& location, const std::function<void()>& body);
 
 } // namespace stores

@@ -1,9 +1,9 @@
 // Readers: each answers with a persisted recordset in the order of its SELECT list.
 #include <string>
 
+#include "change.h"
 #include "components.h"
 #include "recordset/writer.h"
-#include "schema.h"
 
 namespace stores {
 
@@ -14,9 +14,14 @@ using automation::Variant;
 using recordset::Field_Description;
 using Fields = std::vector<Field_Description>;
 
-Variant Recordset_Of(const Store& store, const std::string& sql, const Values& keys, const Fields& fields) {
+// `last_change` is asked for first: a change that came in between would make the reading look older than it
+// is, which is the safe side.
+Variant Recordset_Of(const Store& store, const std::string& sql, const Values& keys, const Fields& fields,
+                     std::string* last_change = nullptr) {
     recordset::Writer writer(fields);
     store.Data().Operate([&](soci::session& session) {
+        if (last_change)
+            *last_change = Last_Change(session);
         Statement select(session, sql, fields.size());
         select.Run(keys);
         for (Row row; select.Next(row);)
@@ -74,14 +79,17 @@ public:
     }
     Status Get_Style_Nodes(const Variant& Config_ID, const Variant& Partition_ID, Variant& Result) override {
         return Serve([&] {
-            Result = Recordset_Of(*store, Select_Nodes, Values_Of({&Config_ID, &Partition_ID}),
+            std::string last_change;
+            Result = Recordset_Of(*place.Store, Select_Nodes, Values_Of({&Config_ID, &Partition_ID}),
                                   {{u"NodeNumber", recordset::Field_Type::Integer},
                                    {u"NodeDescription"},
                                    {u"SuperviseID"},
                                    {u"Hookflash"},
                                    {u"ThresholdTypeID"},
                                    {u"Transfer"},
-                                   {u"Disconnection"}});
+                                   {u"Disconnection"}},
+                                  &last_change);
+            place.Editor->Note_Reading(Key_Of(Config_ID), Key_Of(Partition_ID), last_change);
         });
     }
 
@@ -92,7 +100,7 @@ private:
             const std::string sql = "SELECT " + Detail_Columns(table) + " FROM " + table.Name +
                                     " WHERE config_id = :config AND partition_id = :partition "
                                     "AND node_number = :node";
-            result = Recordset_Of(*store, sql, Values_Of({&config, &partition, &node}),
+            result = Recordset_Of(*place.Store, sql, Values_Of({&config, &partition, &node}),
                                   {{u"Retrieve"},
                                    {u"BusyRetry"},
                                    {u"NumberRetries"},
@@ -104,7 +112,7 @@ private:
         });
     }
 
-    const Shared_Store store = Current_Store();
+    const Workplace place;
 };
 
 class DETAIL_Reader final : public Component<interfaces::DETAIL> {};

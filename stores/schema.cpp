@@ -1,6 +1,7 @@
 #include "schema.h"
 
 #include <algorithm>
+#include <span>
 
 #include "automation/number.h"
 #include "automation/text.h"
@@ -12,6 +13,7 @@ namespace {
 
 constexpr const char* Version_Table = "store_version";
 
+// The tables of version 1, whatever came later: a new store goes the way of an old one.
 // Keys are integers; whatever the product may hand over is text, may be null and is not checked.
 constexpr std::array Tables{
     "CREATE TABLE store_version (version INTEGER NOT NULL)",
@@ -30,6 +32,21 @@ constexpr std::array Tables{
     "system_number TEXT, site_name TEXT, site_number TEXT, product_version TEXT, release_number TEXT)",
 };
 
+// What leads from version 1 to version 2: the history of changes.
+constexpr std::array To_Version_2{
+    "CREATE TABLE change_counter (last_change BIGINT NOT NULL)",
+    "INSERT INTO change_counter (last_change) VALUES (0)",
+    "CREATE TABLE change_log (change BIGINT NOT NULL PRIMARY KEY, changed_at TEXT NOT NULL, "
+    "changed_by TEXT NOT NULL, database_user TEXT, editor TEXT NOT NULL, operation TEXT NOT NULL, "
+    "record TEXT NOT NULL, config_id INTEGER NOT NULL, partition_id INTEGER NOT NULL, "
+    "node_number INTEGER NOT NULL, old_values TEXT, new_values TEXT)",
+    "CREATE INDEX change_log_of_node ON change_log (config_id, partition_id, node_number, change)",
+    "UPDATE store_version SET version = 2",
+};
+
+// Steps[n] leads from version n + 1 to the next.
+constexpr std::array<std::span<const char* const>, Schema_Version - 1> Steps{To_Version_2};
+
 std::string Create_Detail(const Detail_Table& table) {
     return std::string("CREATE TABLE ") + table.Name +
            " (config_id INTEGER NOT NULL, partition_id INTEGER NOT NULL, node_number INTEGER NOT NULL, "
@@ -39,8 +56,13 @@ std::string Create_Detail(const Detail_Table& table) {
 }
 
 std::vector<std::string> Table_Names(soci::session& session) {
+    const bool is_file = session.get_backend_name() == "sqlite3";
     std::vector<std::string> names;
-    Statement select(session, session.get_backend()->get_table_names_query(), 1);
+    Statement select(session,
+                     is_file
+                         ? "SELECT name FROM sqlite_master WHERE type = 'table'"
+                         : "SELECT tablename FROM pg_catalog.pg_tables WHERE schemaname = current_schema()",
+                     1);
     select.Run();
     for (Row row; select.Next(row);)
         names.push_back(automation::To_UTF8(row[0].value_or(u"")));
@@ -48,7 +70,7 @@ std::vector<std::string> Table_Names(soci::session& session) {
 }
 
 // 0 when none is stated.
-automation::Long Version_Of(soci::session& session) {
+automation::Long Stated_Version(soci::session& session) {
     Statement select(session, "SELECT MAX(version) FROM store_version", 1);
     select.Run();
     Row row;
@@ -73,7 +95,7 @@ std::string Insert_Detail(const Detail_Table& table) {
            ":busy2, :ring1, :ring2)";
 }
 
-void Check_Schema(soci::session& session, const Location& location) {
+int Version_Of_Store(soci::session& session, const Location& location) {
     const auto names = Table_Names(session);
     if (names.empty())
         throw Store_Error(Store_Error::Reason::Missing,
@@ -82,16 +104,25 @@ void Check_Schema(soci::session& session, const Location& location) {
         throw Store_Error(Store_Error::Reason::Unusable,
                           "The store " + location.Name +
                               " is a database of something else; name another one, or a new one");
-    const automation::Long version = Version_Of(session);
+    const automation::Long version = Stated_Version(session);
     if (version > Schema_Version)
         throw Store_Error(Store_Error::Reason::Unusable,
                           "The store " + location.Name + " has version " + std::to_string(version) +
                               ", made by a newer program; update style-editor, which knows version " +
                               std::to_string(Schema_Version));
-    if (version < Schema_Version)
+    if (version < 1)
         throw Store_Error(Store_Error::Reason::Unusable,
                           "The store " + location.Name +
                               " states no version that is known; restore it from a copy");
+    return version;
+}
+
+void Upgrade_Schema(soci::session& session, const Location& location) {
+    Version_Of_Store(session, location); // of something else, not even the next line may be tried
+    Statement(session, "UPDATE store_version SET version = version").Run(); // waits for another upgrade
+    for (int version = Version_Of_Store(session, location); version < Schema_Version; ++version)
+        for (const char* step : Steps[static_cast<std::size_t>(version) - 1])
+            Statement(session, step).Run();
 }
 
 void Check_Empty(soci::session& session, const Location& location) {
@@ -111,7 +142,10 @@ void Create_Tables(soci::session& session) {
         Statement(session, table).Run();
     for (const Detail_Table* table : Detail_Tables)
         Statement(session, Create_Detail(*table)).Run();
-    Statement(session, "INSERT INTO store_version (version) VALUES (:version)").Run({Schema_Version});
+    Statement(session, "INSERT INTO store_version (version) VALUES (1)").Run();
+    for (const auto step : Steps)
+        for (const char* statement : step)
+            Statement(session, statement).Run();
 }
 
 } // namespace stores

@@ -7,23 +7,26 @@
 
 namespace stores {
 
-constexpr int Schema_Version = 1;
+constexpr int Schema_Version = 2;
 
 // The detail records of the four supervised types that have one: one table each, alike but for the pair
 // of busy columns.
 struct Detail_Table {
+    const char* Type; // as the operations name it
     const char* Name;
     const char* First_Busy;
     const char* Second_Busy;
     automation::String_View First_Busy_Field;
     automation::String_View Second_Busy_Field;
 };
-inline constexpr Detail_Table Partial_Detail{"partial_detail", "busy_on", "busy_off", u"BusyOn", u"BusyOff"};
-inline constexpr Detail_Table Full_Detail{"full_detail", "busy_on", "busy_off", u"BusyOn", u"BusyOff"};
-inline constexpr Detail_Table DialContinue_Detail{"dialcontinue_detail", "busy_on", "busy_off", u"BusyOn",
-                                                  u"BusyOff"};
-inline constexpr Detail_Table Enhanced_Detail{"enhanced_detail", "busy1_on", "busy2_on", u"Busy1On",
-                                              u"Busy2On"};
+inline constexpr Detail_Table Partial_Detail{"Partial",  "partial_detail", "busy_on",
+                                             "busy_off", u"BusyOn",        u"BusyOff"};
+inline constexpr Detail_Table Full_Detail{"Full",     "full_detail", "busy_on",
+                                          "busy_off", u"BusyOn",     u"BusyOff"};
+inline constexpr Detail_Table DialContinue_Detail{
+    "DialContinue", "dialcontinue_detail", "busy_on", "busy_off", u"BusyOn", u"BusyOff"};
+inline constexpr Detail_Table Enhanced_Detail{"Enhanced", "enhanced_detail", "busy1_on",
+                                              "busy2_on", u"Busy1On",        u"Busy2On"};
 // The supervised types 1 to 4 in order.
 inline constexpr std::array Detail_Tables{&Partial_Detail, &Full_Detail, &DialContinue_Detail,
                                           &Enhanced_Detail};
@@ -34,8 +37,13 @@ std::string Detail_Columns(const Detail_Table& table);
 // Takes the three keys, supervise_id and the eight values.
 std::string Insert_Detail(const Detail_Table& table);
 
-// Store_Error unless the database holds the tables of a store in a version that this program knows.
-void Check_Schema(soci::session& session, const Location& location);
+// The version of the store in the database. Store_Error unless it holds the tables of one, in a version that
+// this program knows.
+int Version_Of_Store(soci::session& session, const Location& location);
+
+// Brings the store up to Schema_Version, in the caller's transaction; of two programs that do so at once the
+// second finds nothing left to do. Store_Error as above.
+void Upgrade_Schema(soci::session& session, const Location& location);
 
 // Store_Error unless the database holds no table at all.
 void Check_Empty(soci::session& session, const Location& location);

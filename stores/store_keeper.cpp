@@ -5,6 +5,7 @@
 
 #include "automation/text.h"
 #include "components.h"
+#include "history.h"
 
 namespace stores {
 
@@ -69,7 +70,7 @@ void Set(Shared_Store store) {
         keep.emplace();
 }
 
-class Keeper final : public Component<interfaces::Store_Keeper> {
+class Keeper final : public Component<interfaces::Store_Keeper, interfaces::Store_History> {
 public:
     Status Open(const Variant& Location) override {
         return Serve([&] {
@@ -85,6 +86,23 @@ public:
                 Store::Create(name, Nodes == interfaces::Sample_Nodes ? std::nullopt : std::optional(Nodes));
                 return name;
             })));
+        });
+    }
+    Status Upgrade(const Variant& Location, automation::Text& Result) override {
+        return Serve([&] {
+            Result = automation::Text(automation::From_UTF8_Replacing(Explained([&] {
+                const std::string name = Is_Own(Location) ? Own_Store() : Name(Location);
+                Store::Upgrade(name);
+                return name;
+            })));
+        });
+    }
+    Status Read_Changes(const Variant& Location, const Variant& Config_ID, const Variant& Partition_ID,
+                        const Variant& Node_Number, Variant& Result) override {
+        return Serve([&] {
+            const auto store =
+                Explained([&] { return Store::Open(Is_Own(Location) ? Own_Store() : Name(Location)); });
+            Result = Changes_Of(*store, {&Config_ID, &Partition_ID, &Node_Number});
         });
     }
     Status Close(Automation_Boolean& Closed) override {
@@ -115,7 +133,7 @@ Shared_Store Current_Store() {
 }
 
 New_Object Make_Store_Keeper() {
-    return automation::Make_Object<Keeper>();
+    return automation::Reference<interfaces::Store_Keeper>(automation::Make_Object<Keeper>());
 }
 
 } // namespace stores

@@ -1,6 +1,7 @@
-// Writers: an update or a delete that finds no row is no failure, an insert over an existing row is one.
+// Writers: an update or a delete that finds no row is no failure, an insert over an existing row is one. None
+// of them writes a node that somebody else has changed since it was read here.
+#include "change.h"
 #include "components.h"
-#include "schema.h"
 
 namespace stores {
 
@@ -9,8 +10,14 @@ namespace {
 using automation::Status;
 using automation::Variant;
 
-void Write(const Store& store, const std::string& sql, const Values& values) {
-    store.Data().Operate([&](soci::session& session) { Statement(session, sql).Run(values); });
+using Action = std::function<void(Change&)>;
+
+void Write(const Workplace& place, const std::string& operation, const Record& record, const Action& action) {
+    place.Store->Data().Operate([&](soci::session& session) {
+        Change change(session, *place.Editor, operation, record);
+        change.Require_Unchanged();
+        action(change);
+    });
 }
 
 class UDNODES_Updater final : public Component<interfaces::UDNODES> {
@@ -21,31 +28,26 @@ public:
                              const Variant& Disconnection, const Variant& Supervise_Caption,
                              const Variant& Supervise_ID, const Variant& Label) override {
         return Serve([&] {
-            Write(*store,
-                  "UPDATE style_node SET hookflash = :hookflash, threshold_type_id = :threshold, "
-                  "transfer = :transfer, disconnection = :disconnection, supervise_caption = :caption, "
-                  "supervise_id = :supervise, node_description = :label "
-                  "WHERE config_id = :config AND partition_id = :partition AND node_number = :node",
-                  {Text_Of(Hookflash), Text_Of(Threshold_Type_ID), Text_Of(Transfer), Text_Of(Disconnection),
-                   Text_Of(Supervise_Caption), Text_Of(Supervise_ID), Text_Of(Label), Key_Of(Config_ID),
-                   Key_Of(Partition_ID), Key_Of(Node_Number)});
+            const auto values = Values_Of({}, {&Hookflash, &Threshold_Type_ID, &Transfer, &Disconnection,
+                                               &Supervise_Caption, &Supervise_ID, &Label});
+            Write(place, "Update_Style_Node",
+                  {Node_Record(), Values_Of({&Config_ID, &Partition_ID, &Node_Number})},
+                  [&](Change& change) { change.Update(values); });
         });
     }
     Status Update_Node_Entry(const Variant& Label, const Variant& Changed, const Variant& Config_ID,
                              const Variant& Partition_ID, const Variant& Node_Type_ID,
                              const Variant& Node_Number) override {
         return Serve([&] {
-            Write(*store,
-                  "UPDATE node_entry SET label = :label, changed = :changed "
-                  "WHERE config_id = :config AND partition_id = :partition AND node_type_id = :type "
-                  "AND node_number = :node",
-                  {Text_Of(Label), Text_Of(Changed), Key_Of(Config_ID), Key_Of(Partition_ID),
-                   Key_Of(Node_Type_ID), Key_Of(Node_Number)});
+            const auto values = Values_Of({}, {&Label, &Changed});
+            Write(place, "Update_Node_Entry",
+                  {Node_Entry(), Values_Of({&Config_ID, &Partition_ID, &Node_Number, &Node_Type_ID})},
+                  [&](Change& change) { change.Update(values); });
         });
     }
 
 private:
-    const Shared_Store store = Current_Store();
+    const Workplace place;
 };
 
 class DELNODES_Deleter final : public Component<interfaces::DELNODES> {
@@ -70,14 +72,12 @@ public:
 private:
     Status Delete(const Detail_Table& table, std::initializer_list<const Variant*> keys) {
         return Serve([&] {
-            Write(*store,
-                  std::string("DELETE FROM ") + table.Name +
-                      " WHERE config_id = :config AND partition_id = :partition AND node_number = :node",
-                  Values_Of(keys));
+            Write(place, std::string("Delete_") + table.Type + "_Detail",
+                  {Detail_Record(table), Values_Of(keys)}, [](Change& change) { change.Delete(); });
         });
     }
 
-    const Shared_Store store = Current_Store();
+    const Workplace place;
 };
 
 class INSNODES_Inserter final : public Component<interfaces::INSNODES> {
@@ -127,10 +127,14 @@ private:
     using Arguments = std::initializer_list<const Variant*>;
 
     Status Insert(const Detail_Table& table, Arguments keys, Arguments texts) {
-        return Serve([&] { Write(*store, Insert_Detail(table), Values_Of(keys, texts)); });
+        return Serve([&] {
+            const auto values = Values_Of({}, texts);
+            Write(place, std::string("Insert_") + table.Type + "_Detail",
+                  {Detail_Record(table), Values_Of(keys)}, [&](Change& change) { change.Insert(values); });
+        });
     }
 
-    const Shared_Store store = Current_Store();
+    const Workplace place;
 };
 
 } // namespace

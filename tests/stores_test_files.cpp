@@ -84,7 +84,7 @@ TEST(Store_Files, What_Cannot_Be_Used_Is_Refused_Untouched) {
     for (const Action& action : {Create(), Create(5)})
         Refuses(action, URL(real), Reason::Already_There, {real, "exists already"});
     EXPECT_TRUE(Contents(folder) == before);
-    for (const auto& [change, said] : {std::pair("UPDATE store_version SET version = 2", "newer program"),
+    for (const auto& [change, said] : {std::pair("UPDATE store_version SET version = 3", "newer program"),
                                        {"UPDATE store_version SET version = 0", "no version"},
                                        {"DELETE FROM store_version", "no version"}}) {
         SQL(real, change);

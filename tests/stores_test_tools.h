@@ -13,6 +13,7 @@
 #include "automation/text.h"
 #include "classes/class_table.h"
 #include "interfaces/product_components.h"
+#include "private_server.h"
 #include "recordset_test_support.h"
 #include "stores/store.h"
 #include "temporary_folder.h"
@@ -76,29 +77,61 @@ automation::Reference<Interface> Created() {
     return automation::Create_Bound<Interface>(Interface::Program_Identity);
 }
 
-// Makes a store; from now on components are created on it.
-inline std::string Used_Store(const std::string& path, std::optional<int> count = std::nullopt) {
-    stores::Use_Store(stores::Store::Create(URL(path), count));
+// Components are created on that store from now on.
+inline void Use(std::shared_ptr<stores::Store> store) {
+    stores::Use_Store(std::move(store));
     for (const automation::Server_Class& served : stores::Classes())
         classes::Provide_Class({served.Program_Identity, served.Class_Identity, served.Create});
-    return path;
 }
 
-// A store in a folder of its own, with components created on it.
-class Components : public ::testing::Test {
+enum class Kind { File, Server };
+
+// A place for one store, empty at first.
+class Store_Place {
+public:
+    explicit Store_Place(Kind kind)
+        : Where(kind), URL(kind == Kind::File ? stores_test::URL(folder / "nodes.db")
+                                              : Private_Server::Get().New_Database()) {}
+    // Runs SQL on it past the store; the rows it gives, nulls as "<null>".
+    Rows SQL(const std::string& sql) const {
+        return Where == Kind::File ? stores_test::SQL(folder / "nodes.db", sql)
+                                   : Private_Server::Get().SQL(URL, sql);
+    }
+
+private:
+    const Temporary_Folder folder;
+
+public:
+    const Kind Where;
+    const std::string URL;
+};
+
+const auto Both_Kinds = ::testing::Values(Kind::File, Kind::Server);
+inline std::string Name_Of_Kind(const ::testing::TestParamInfo<Kind>& info) {
+    return info.param == Kind::File ? "File" : "Server";
+}
+
+// A store with the sample data, with components created on it.
+class Components : public ::testing::TestWithParam<Kind> {
 protected:
+    Rows SQL(const std::string& sql) const { return place.SQL(sql); }
     Rows Style_Nodes(const char16_t* config_id, const char16_t* partition_id) {
         automation::Variant xml;
         automation::Check(nodes->Get_Style_Nodes(config_id, partition_id, xml));
         return Parsed(xml);
     }
 
-    Temporary_Folder folder;
-    const std::string path = Used_Store(folder / "nodes.db");
-    automation::Reference<interfaces::NODES> nodes = Created<interfaces::NODES>();
-    const automation::Reference<interfaces::UDNODES> updater = Created<interfaces::UDNODES>();
-    const automation::Reference<interfaces::DELNODES> deleter = Created<interfaces::DELNODES>();
-    const automation::Reference<interfaces::INSNODES> inserter = Created<interfaces::INSNODES>();
+    const Store_Place place{GetParam()};
+    std::shared_ptr<stores::Store> store = stores::Store::Create(place.URL);
+    template <typename Interface>
+    automation::Reference<Interface> Made() {
+        Use(store);
+        return Created<Interface>();
+    }
+    automation::Reference<interfaces::NODES> nodes = Made<interfaces::NODES>();
+    const automation::Reference<interfaces::UDNODES> updater = Made<interfaces::UDNODES>();
+    const automation::Reference<interfaces::DELNODES> deleter = Made<interfaces::DELNODES>();
+    const automation::Reference<interfaces::INSNODES> inserter = Made<interfaces::INSNODES>();
 };
 
 } // namespace stores_test

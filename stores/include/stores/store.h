@@ -9,11 +9,14 @@
 // every automation component does. The schema is described in docs/store.md.
 #pragma once
 
+#include <map>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <span>
 #include <stdexcept>
 #include <string>
+#include <thread>
 
 #include "automation/server.h"
 #include "interfaces/store_keeper.h"
@@ -21,6 +24,7 @@
 namespace stores {
 
 class Database;
+class Visit;
 
 // One line that names the store and says what to do about it.
 class Store_Error : public std::runtime_error {
@@ -40,7 +44,8 @@ constexpr int Most_Nodes = interfaces::Most_Nodes;
 
 class Store {
 public:
-    // Opens a store that exists; makes no file.
+    // Opens a store that exists; makes no file. A file of an older layout is upgraded; a server's store is
+    // not, for that takes rights that an editor does not have and shuts out older programs.
     static std::shared_ptr<Store> Open(const std::string& url);
 
     // Makes the tables and the sample data in one transaction and opens the store. With `nodes`,
@@ -49,16 +54,23 @@ public:
     // fails they are gone again. An existing store, or a database with other tables, is refused untouched.
     static std::shared_ptr<Store> Create(const std::string& url, std::optional<int> nodes = std::nullopt);
 
+    // Brings a store of an older layout up to this program's in one transaction.
+    static void Upgrade(const std::string& url);
+
     Store(const Store&) = delete;
     Store& operator=(const Store&) = delete;
     ~Store();
 
     Database& Data() const { return *database; } // for this layer's own components
+    // The visit of the calling thread; it lasts as long as somebody holds it.
+    std::shared_ptr<Visit> Visit_Here();
 
 private:
     explicit Store(std::unique_ptr<Database> opened);
 
     std::unique_ptr<Database> database;
+    std::mutex visits_lock;
+    std::map<std::thread::id, std::weak_ptr<Visit>> visits;
 };
 
 // The store that components are created on from then on; it lives as long as one of them does. Null: the

@@ -1,0 +1,189 @@
+#include "change.h"
+
+#include "automation/text.h"
+
+namespace stores {
+
+namespace {
+
+const std::vector<std::string> Node_Keys{"config_id", "partition_id", "node_number"};
+
+Record_Kind Kind_Of(const Detail_Table& table) {
+    return {table.Name,
+            Node_Keys,
+            {"supervise_id", "retrieve", "busy_retry", "number_retries", "ring_limit", table.First_Busy,
+             table.Second_Busy, "ring_on", "ring_off"}};
+}
+
+// "a = :a AND b = :b": the placeholder of a column has its name.
+std::string Equations(const std::vector<std::string>& columns, const std::string& separator) {
+    std::string text;
+    for (const std::string& column : columns)
+        text += (text.empty() ? "" : separator) + column + " = :" + column;
+    return text;
+}
+
+std::string List(const std::vector<std::string>& columns, const std::string& prefix = "") {
+    std::string text;
+    for (const std::string& column : columns)
+        text += (text.empty() ? "" : ", ") + prefix + column;
+    return text;
+}
+
+std::string Condition(const Record_Kind& kind) {
+    return " WHERE " + Equations(kind.Keys, " AND ");
+}
+
+Values Joined(Values first, const Values& second) {
+    first.insert(first.end(), second.begin(), second.end());
+    return first;
+}
+
+std::vector<std::optional<std::string>> Texts_Of(const Values& values) {
+    std::vector<std::optional<std::string>> texts;
+    for (const Value& value : values)
+        if (const auto* text = std::get_if<std::string>(&value.Held))
+            texts.emplace_back(*text);
+        else
+            texts.emplace_back();
+    return texts;
+}
+
+std::string Quoted(const std::string& text) {
+    constexpr const char* digits = "0123456789abcdef";
+    std::string quoted = "\"";
+    for (const char character : text) {
+        const auto code = static_cast<unsigned char>(character);
+        if (code < ' ')
+            quoted += std::string("\\u00") + digits[code >> 4U] + digits[code & 15U];
+        else
+            quoted += (character == '"' || character == '\\' ? "\\" : "") + std::string(1, character);
+    }
+    return quoted + '"';
+}
+
+} // namespace
+
+const Record_Kind& Node_Record() {
+    static const Record_Kind kind{"style_node",
+                                  Node_Keys,
+                                  {"hookflash", "threshold_type_id", "transfer", "disconnection",
+                                   "supervise_caption", "supervise_id", "node_description"}};
+    return kind;
+}
+
+const Record_Kind& Node_Entry() {
+    static const Record_Kind kind{
+        "node_entry", {"config_id", "partition_id", "node_number", "node_type_id"}, {"label", "changed"}};
+    return kind;
+}
+
+const Record_Kind& Detail_Record(const Detail_Table& table) {
+    static const std::array kinds{Kind_Of(Partial_Detail), Kind_Of(Full_Detail), Kind_Of(DialContinue_Detail),
+                                  Kind_Of(Enhanced_Detail)};
+    const auto* const at = std::find(Detail_Tables.begin(), Detail_Tables.end(), &table);
+    return kinds.at(static_cast<std::size_t>(at - Detail_Tables.begin()));
+}
+
+std::string Last_Change(soci::session& session) {
+    Statement select(session, "SELECT last_change FROM change_counter", 1);
+    select.Run();
+    Row row;
+    return select.Next(row) && row[0] ? automation::To_UTF8(*row[0]) : "0";
+}
+
+Change::Change(soci::session& session, const Visit& visit, std::string operation, Record record)
+    : session(session), visit(visit), operation(std::move(operation)), record(std::move(record)) {
+    Statement(session, "UPDATE change_counter SET last_change = last_change + 1").Run();
+    number = Last_Change(session);
+}
+
+void Change::Require_Unchanged() {
+    const auto& keys = record.Keys;
+    const auto mark = visit.Read_At(std::get<int>(keys[0].Held), std::get<int>(keys[1].Held));
+    if (!mark)
+        return;
+    Statement select(session,
+                     "SELECT changed_by, changed_at FROM change_log WHERE config_id = :config_id AND "
+                     "partition_id = :partition_id AND node_number = :node_number AND change > :mark AND "
+                     "editor <> :editor ORDER BY change DESC LIMIT 1",
+                     2);
+    select.Run({keys[0], keys[1], keys[2], *mark, visit.Editor()});
+    Row row;
+    if (!select.Next(row))
+        return;
+    throw automation::Failure(
+        automation::Status_Unspecified,
+        u"Node " + automation::From_UTF8_Replacing(std::to_string(std::get<int>(keys[2].Held))) +
+            u" was changed by " + row[0].value_or(u"somebody") + u" at " + row[1].value_or(u"some time") +
+            u" (UTC), after it was read here; open it again to see what it holds now, and then save");
+}
+
+void Change::Update(const Values& values) {
+    const auto before = Present();
+    const auto after = Texts_Of(values);
+    if (!before || *before == after)
+        return;
+    Statement(session, "UPDATE " + record.Kind.Table + " SET " + Equations(record.Kind.Columns, ", ") +
+                           Condition(record.Kind))
+        .Run(Joined(values, record.Keys));
+    Note(before, after);
+}
+
+void Change::Insert(const Values& values) {
+    Statement(session, "INSERT INTO " + record.Kind.Table + " (" + List(record.Kind.Keys) + ", " +
+                           List(record.Kind.Columns) + ") VALUES (" + List(record.Kind.Keys, ":") + ", " +
+                           List(record.Kind.Columns, ":") + ")")
+        .Run(Joined(record.Keys, values));
+    Note(std::nullopt, Texts_Of(values));
+}
+
+void Change::Delete() {
+    const auto before = Present();
+    if (!before)
+        return;
+    Statement(session, "DELETE FROM " + record.Kind.Table + Condition(record.Kind)).Run(record.Keys);
+    Note(before, std::nullopt);
+}
+
+std::optional<Change::Texts> Change::Present() {
+    const auto& columns = record.Kind.Columns;
+    Statement select(session,
+                     "SELECT " + List(columns) + " FROM " + record.Kind.Table + Condition(record.Kind),
+                     columns.size());
+    select.Run(record.Keys);
+    Row row;
+    if (!select.Next(row))
+        return std::nullopt;
+    Texts texts;
+    for (const auto& value : row)
+        texts.push_back(value ? std::optional(automation::To_UTF8(*value)) : std::nullopt);
+    return texts;
+}
+
+void Change::Note(const std::optional<Texts>& before, const std::optional<Texts>& after) {
+    std::string old_values, new_values;
+    for (std::size_t column = 0; column < record.Kind.Columns.size(); ++column) {
+        if (before && after && (*before)[column] == (*after)[column])
+            continue;
+        const auto add = [&](std::string& object, const std::optional<Texts>& texts) {
+            if (texts)
+                object += (object.empty() ? "{" : ", ") + Quoted(record.Kind.Columns[column]) + ": " +
+                          ((*texts)[column] ? Quoted(*(*texts)[column]) : "null");
+        };
+        add(old_values, before);
+        add(new_values, after);
+    }
+    const auto object = [](const std::string& members) {
+        return members.empty() ? Value(nullptr) : Value(members + "}");
+    };
+    Statement(session,
+              "INSERT INTO change_log (change, changed_at, changed_by, database_user, editor, operation, "
+              "record, config_id, partition_id, node_number, old_values, new_values) VALUES (:change, "
+              ":at, :by, :user, :editor, :operation, :record, :config, :partition, :node, :old, :new)")
+        .Run({number, Now(), visit.Person(), visit.Database_User(), visit.Editor(), operation,
+              record.Kind.Table, record.Keys[0], record.Keys[1], record.Keys[2], object(old_values),
+              object(new_values)});
+}
+
+} // namespace stores

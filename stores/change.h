@@ -1,0 +1,61 @@
+// The one way in which a record of a node is written: a change and its line in the store's history, both in
+// the transaction of the caller, for the components and for whoever else writes nodes.
+//
+// A change takes the store's next number before it looks at anything. Until the transaction ends no other
+// program gets one, so numbers follow the order of the transactions and what is read stays as it is. Failures
+// are soci::soci_error, except for a node that somebody else has changed meanwhile.
+#pragma once
+
+#include "schema.h"
+#include "visit.h"
+
+namespace stores {
+
+// A kind of record: its table, keys (configuration, partition and node first) and value columns.
+struct Record_Kind {
+    std::string Table;
+    std::vector<std::string> Keys, Columns;
+};
+const Record_Kind& Node_Record();
+const Record_Kind& Node_Entry();                             // its fourth key is the node's type
+const Record_Kind& Detail_Record(const Detail_Table& table); // supervise_id is its first column
+
+// One record, and the values of its keys.
+struct Record {
+    const Record_Kind& Kind;
+    Values Keys;
+};
+
+class Change {
+public:
+    // `operation` is what the history calls it.
+    Change(soci::session& session, const Visit& visit, std::string operation, Record record);
+
+    // automation::Failure, which says who and when, if somebody else has changed the node since the visit
+    // read it.
+    void Require_Unchanged();
+
+    // Values in the order of the kind's columns. A record that is not there, or holds them already, is left
+    // as it is and is no change for the history.
+    void Update(const Values& values);
+    // A failure when the record exists.
+    void Insert(const Values& values);
+    void Delete();
+
+private:
+    using Texts = std::vector<std::optional<std::string>>;
+
+    std::optional<Texts> Present();
+    void Note(const std::optional<Texts>& before, const std::optional<Texts>& after);
+
+    soci::session& session;
+    const Visit& visit;
+    const std::string operation;
+    const Record record;
+    std::string number;
+};
+
+// The number of the last change; "0" before the first.
+std::string Last_Change(soci::session& session);
+
+} // namespace stores

@@ -1,0 +1,46 @@
+#include "history.h"
+
+#include "components.h"
+#include "database.h"
+#include "recordset/writer.h"
+
+namespace stores {
+
+namespace {
+
+using automation::Variant;
+
+constexpr std::array Key_Columns{"config_id", "partition_id", "node_number"};
+
+const std::vector<recordset::Field_Description> Fields{
+    {u"Change"},   {u"At"},          {u"By"},         {u"DatabaseUser"}, {u"Operation"}, {u"Record"},
+    {u"ConfigID"}, {u"PartitionID"}, {u"NodeNumber"}, {u"Old"},          {u"New"}};
+
+} // namespace
+
+Variant Changes_Of(const Store& store, const std::array<const Variant*, 3>& keys) {
+    std::string condition;
+    Values values;
+    for (std::size_t key = 0; key < keys.size(); ++key) {
+        if (keys[key]->Type() == automation::Variant_Type::Empty)
+            continue;
+        condition += std::string(condition.empty() ? " WHERE " : " AND ") + Key_Columns[key] +
+                     " = :" + Key_Columns[key];
+        values.emplace_back(Key_Of(*keys[key]));
+    }
+    recordset::Writer writer(Fields);
+    store.Data().Operate([&](soci::session& session) {
+        Statement select(
+            session,
+            "SELECT change, changed_at, changed_by, database_user, operation, record, config_id, "
+            "partition_id, node_number, old_values, new_values FROM change_log" +
+                condition + " ORDER BY change",
+            Fields.size());
+        select.Run(values);
+        for (Row row; select.Next(row);)
+            writer.Add_Row(row);
+    });
+    return Variant(std::move(writer).Finish());
+}
+
+} // namespace stores

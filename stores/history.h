@@ -1,0 +1,14 @@
+// The history of a store as a persisted recordset; see interfaces/store_history.h.
+#pragma once
+
+#include <array>
+
+#include "automation/variant.h"
+#include "stores/store.h"
+
+namespace stores {
+
+// `keys`: configuration, partition and node; Empty leaves the choice open. Throws automation::Failure.
+automation::Variant Changes_Of(const Store& store, const std::array<const automation::Variant*, 3>& keys);
+
+} // namespace stores
