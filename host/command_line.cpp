@@ -37,7 +37,8 @@ void Number_Option(CLI::App& app, const std::string& name, Target& target, Value
     app.add_option_function<std::string>(name, take, help)->type_name("N");
 }
 
-void Identifier_Option(CLI::App& app, const std::string& name, Integer& target, const std::string& help) {
+template <typename Target>
+void Identifier_Option(CLI::App& app, const std::string& name, Target& target, const std::string& help) {
     Number_Option<Integer>(app, name, target, INT16_MIN, INT16_MAX, help);
 }
 
@@ -64,6 +65,8 @@ struct Parser {
     Edit_Command Edit;
     Play_Command Play;
     Store_Init_Command Init;
+    Store_History_Command History;
+    Store_Upgrade_Command Upgrade;
     CLI::App* Editing = App.add_subcommand("edit", "Open the editor in a window or a terminal");
     CLI::App* Playing = App.add_subcommand("play", "Run an editing script");
     Strings_Command Strings;
@@ -77,11 +80,14 @@ struct Parser {
     CLI::App* Listing = App.add_subcommand("list", "List registered classes, or say why one is not found");
     CLI::App* Storing = App.add_subcommand("store", "Look after a store");
     CLI::App* Initialising = Storing->add_subcommand("init", "Create the store's tables and its sample data");
+    CLI::App* Recounting = Storing->add_subcommand("history", "Print who changed what, and when");
+    CLI::App* Upgrading =
+        Storing->add_subcommand("upgrade", "Bring an older store up to this program's layout");
 
     Parser() {
         App.set_help_flag("--help", "Print this help");
-        for (CLI::App* command : {Editing, Playing, Storing, Initialising, Registering, Unregistering,
-                                  Listing, Translating, Checking, Picturing})
+        for (CLI::App* command : {Editing, Playing, Storing, Initialising, Recounting, Upgrading, Registering,
+                                  Unregistering, Listing, Translating, Checking, Picturing})
             command->set_help_flag("--help", "Print this help");
         App.set_version_flag("--version", "style-editor " STYLE_EDITOR_VERSION);
         App.require_subcommand(0, 1);
@@ -90,6 +96,8 @@ struct Parser {
         Add_Edit();
         Add_Play();
         Add_Init();
+        Add_History();
+        Store_Option(*Upgrading, Upgrade.Store);
         Add_Strings();
         Add_Registration(*Registering);
         Add_Registration(*Unregistering);
@@ -134,6 +142,14 @@ struct Parser {
                            "Make the default node and nodes 1 to N instead of the sample's");
     }
 
+    void Add_History() {
+        Store_Option(*Recounting, History.Store);
+        Identifier_Option(*Recounting, "--config", History.Config_ID, "Of this configuration alone");
+        Identifier_Option(*Recounting, "--partition", History.Partition_ID, "Of this partition alone");
+        Identifier_Option(*Recounting, "--node", History.Node_Number, "Of this node alone");
+        Recounting->add_flag("--json", History.As_JSON, "One JSON object a line");
+    }
+
     Command_Line Parsed() {
         if (*Editing)
             return Edit;
@@ -141,6 +157,10 @@ struct Parser {
             return Play;
         if (*Initialising)
             return Init;
+        if (*Recounting)
+            return History;
+        if (*Upgrading)
+            return Upgrade;
         Registration.Removes = static_cast<bool>(*Unregistering);
         if (*Registering || *Unregistering)
             return Registration;

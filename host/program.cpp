@@ -15,6 +15,7 @@
 #include "own_modules.h"
 #include "painter.h"
 #include "registering.h"
+#include "store_history.h"
 #include "style_node/control_names.h"
 #include "text_file.h"
 #include "toolkit/display_source.h"
@@ -128,6 +129,17 @@ int Run(const Edit_Command& command, const Streams& streams) {
 int Run(const Store_Init_Command& command, const Streams& streams) {
     const std::string name = Create_Store(command);
     streams.Out << "created the store " << name << std::endl;
+    return status::OK;
+}
+
+int Run(const Store_History_Command& command, const Streams& streams) {
+    Print_History(command, streams.Out);
+    return status::OK;
+}
+
+int Run(const Store_Upgrade_Command& command, const Streams& streams) {
+    const std::string name = Upgrade_Store(command);
+    streams.Out << "the store " << name << " is up to date" << std::endl;
     return status::OK;
 }
 

@@ -8,25 +8,21 @@
 
 namespace host {
 
-namespace {
-
 using automation::Variant;
 using interfaces::Store_Keeper;
 
-[[noreturn]] void Give_Up(const automation::Failure& failure) {
+void Give_Up(const automation::Failure& failure) {
     throw Start_Error(automation::To_UTF8(failure.Reason.empty() ? failure.Description : failure.Reason));
 }
 
-Variant Location(const std::optional<std::string>& name) {
+Variant Store_Location(const std::optional<std::string>& name) {
     return name ? Variant(automation::From_UTF8_Replacing(*name)) : Variant();
 }
-
-} // namespace
 
 void Open_Store(const std::optional<std::string>& name) {
     try {
         const auto keeper = automation::Create_Bound<Store_Keeper>(Store_Keeper::Program_Identity);
-        automation::Check(keeper->Open(Location(name)));
+        automation::Check(keeper->Open(Store_Location(name)));
     } catch (const automation::Failure& failure) {
         if (name || failure.Number != automation::run_time::Cannot_Create_Object)
             Give_Up(failure);
@@ -48,8 +44,8 @@ std::string Create_Store(const Store_Init_Command& command) {
         Offer_Own_Modules();
         const auto keeper = automation::Create_Bound<Store_Keeper>(Store_Keeper::Program_Identity);
         automation::Text name;
-        automation::Check(
-            keeper->Create(Location(command.Store), command.Nodes.value_or(interfaces::Sample_Nodes), name));
+        automation::Check(keeper->Create(Store_Location(command.Store),
+                                         command.Nodes.value_or(interfaces::Sample_Nodes), name));
         return automation::To_UTF8(name.View());
     } catch (const automation::Failure& failure) {
         Give_Up(failure);

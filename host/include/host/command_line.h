@@ -39,6 +39,16 @@ struct Store_Init_Command {
     std::optional<int> Nodes;
 };
 
+struct Store_History_Command {
+    std::optional<std::string> Store;
+    std::optional<Integer> Config_ID, Partition_ID, Node_Number; // without one, all
+    bool As_JSON = false;
+};
+
+struct Store_Upgrade_Command {
+    std::optional<std::string> Store;
+};
+
 // register and unregister: modules by their absolute paths.
 struct Register_Command {
     std::vector<std::string> Modules;
@@ -62,8 +72,9 @@ struct Information {
     std::string Text;
 };
 
-using Command_Line = std::variant<Edit_Command, Play_Command, Store_Init_Command, Register_Command,
-                                  List_Command, Strings_Command, Information>;
+using Command_Line =
+    std::variant<Edit_Command, Play_Command, Store_Init_Command, Store_History_Command, Store_Upgrade_Command,
+                 Register_Command, List_Command, Strings_Command, Information>;
 
 // `arguments` without the program's name. Throws Usage_Error.
 Command_Line Parse_Command_Line(const std::vector<std::string>& arguments);
