@@ -118,8 +118,8 @@ int Version_Of_Store(soci::session& session, const Location& location) {
 }
 
 void Upgrade_Schema(soci::session& session, const Location& location) {
-    Version_Of_Store(session, location); // of something else, not even the next line may be tried
-    Statement(session, "UPDATE store_version SET version = version").Run(); // waits for another upgrade
+    // A write first: it waits for another upgrade, which a transaction that has begun to read could not.
+    Statement(session, "UPDATE store_version SET version = version").Run();
     for (int version = Version_Of_Store(session, location); version < Schema_Version; ++version)
         for (const char* step : Steps[static_cast<std::size_t>(version) - 1])
             Statement(session, step).Run();

@@ -41,8 +41,8 @@ std::string Insert_Detail(const Detail_Table& table);
 // this program knows.
 int Version_Of_Store(soci::session& session, const Location& location);
 
-// Brings the store up to Schema_Version, in the caller's transaction; of two programs that do so at once the
-// second finds nothing left to do. Store_Error as above.
+// Brings a store, as the above has found it, up to Schema_Version in the caller's transaction, in which it
+// comes first; of two programs that do so at once the second finds nothing left to do. Store_Error as above.
 void Upgrade_Schema(soci::session& session, const Location& location);
 
 // Store_Error unless the database holds no table at all.
