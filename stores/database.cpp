@@ -26,7 +26,7 @@ std::string Plain_Message(const soci::soci_error& error) {
     if (text.starts_with("sqlite3_"))
         text.erase(0, text.find(": ") + 2);
     for (char& character : text)
-        if (character == '\n' || character == '\r')
+        if (character == '\n' || character == '\r' || character == '\t')
             character = ' ';
     return text.substr(0, text.find_last_not_of(" .") + 1);
 }
@@ -143,7 +143,7 @@ void Database::Connect() {
 void Database::Begin() {
     if (Place.Is_File)
         return session.begin();
-    const bool known_to_be_gone = !session.is_connected();
+    const bool known_to_be_gone = !Is_Connected(session, Place);
     if (known_to_be_gone)
         Connect();
     const auto begin = [&] {
@@ -153,7 +153,7 @@ void Database::Begin() {
     try {
         begin();
     } catch (const soci::soci_error&) {
-        if (known_to_be_gone || session.is_connected() || watchdog->Has_Bitten())
+        if (known_to_be_gone || Is_Connected(session, Place) || watchdog->Has_Bitten())
             throw;
         Connect(); // it went away after the last operation; nothing of this one was sent
         begin();
@@ -199,7 +199,7 @@ void Database::Operate(const Body& body) {
     }
 }
 
-void Database::Explain(const std::function<void()>& body) const {
+void Database::Explain(const std::function<void()>& body) {
     try {
         body();
     } catch (const soci::soci_error& error) {
@@ -208,9 +208,9 @@ void Database::Explain(const std::function<void()>& body) const {
 }
 
 // One line that names the store and says what to do, without a password.
-std::string Database::Complaint(const soci::soci_error& error) const {
+std::string Database::Complaint(const soci::soci_error& error) {
     std::string said = Plain_Message(error);
-    const bool is_lost = !Place.Is_File && !session.is_connected();
+    const bool is_lost = !Place.Is_File && !Is_Connected(session, Place);
     if (watchdog && watchdog->Has_Bitten())
         said = "the server did not answer in time";
     Replace_All(said, Place.Target, Place.Name);

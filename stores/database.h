@@ -73,7 +73,7 @@ public:
     void Operate(const Body& body);
 
     // Runs the body; what the database reports becomes a Store_Error that names the store.
-    void Explain(const std::function<void()>& body) const;
+    void Explain(const std::function<void()>& body);
 
     // Whom the server takes this program for; nothing for a file.
     const std::optional<std::string>& User() const { return user; }
@@ -85,7 +85,7 @@ private:
     void Begin();
     void Commit();
     void Roll_Back() noexcept;
-    std::string Complaint(const soci::soci_error& error) const;
+    std::string Complaint(const soci::soci_error& error);
 
     std::mutex mutex;
     soci::session session;

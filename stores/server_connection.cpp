@@ -69,6 +69,13 @@ void Open_Server(soci::session& session, const Location& location) {
     session << "SET lock_timeout = " + std::to_string(patience.count() * 500);
 }
 
+bool Is_Connected(soci::session& session, const Location& location) {
+    // SOCI's own question goes to the server, and waits.
+    const auto* backend = static_cast<soci::postgresql_session_backend*>(session.get_backend());
+    return backend &&
+           Found<decltype(PQstatus)>(Backend(location), "PQstatus")(backend->conn_) == CONNECTION_OK;
+}
+
 int Socket_Of(soci::session& session, const Location& location) {
     const auto* backend = static_cast<soci::postgresql_session_backend*>(session.get_backend());
     return Found<decltype(PQsocket)>(Backend(location), "PQsocket")(backend->conn_);

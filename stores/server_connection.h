@@ -22,6 +22,9 @@ std::chrono::seconds Patience_For(const Location& location);
 // nothing.
 void Open_Server(soci::session& session, const Location& location);
 
+// Whether the session has a connection that was not lost, as far as is known: it asks nobody.
+bool Is_Connected(soci::session& session, const Location& location);
+
 // The descriptor that the open session talks through.
 int Socket_Of(soci::session& session, const Location& location);
 

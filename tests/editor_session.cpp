@@ -19,24 +19,43 @@ std::filesystem::path New_Folder() {
     return pattern;
 }
 
-int Run(std::vector<std::string> arguments, std::string_view input, std::string& out, std::string& errors) {
+// Gives each line away when it is flushed.
+class Line_Buffer : public std::stringbuf {
+public:
+    explicit Line_Buffer(std::function<void(const std::string&)> take) : take(std::move(take)) {}
+
+protected:
+    int sync() override {
+        const std::string lines = str();
+        str({});
+        take(lines);
+        return 0;
+    }
+
+private:
+    const std::function<void(const std::string&)> take;
+};
+
+int Run(std::vector<std::string> arguments, std::string_view input, std::string& errors,
+        const std::function<void(const std::string&)>& take) {
     std::istringstream in{std::string(input)};
-    std::ostringstream out_stream;
+    Line_Buffer out(take);
+    std::ostream out_stream(&out);
     std::ostringstream error_stream;
     arguments.insert(arguments.begin(), "style-editor");
     const int status = host::Run_Program(arguments, {in, out_stream, error_stream});
-    out = out_stream.str();
     errors = error_stream.str();
     return status;
 }
 
 } // namespace
 
-Editor_Session::Editor_Session() : folder(New_Folder()) {
-    std::string out;
-    status = Run({"store", "init", "--store", Store()}, "", out, errors);
+Editor_Session::Editor_Session() : folder(New_Folder()), store("sqlite:" + (folder / "store.db").string()) {
+    status = Run({"store", "init", "--store", Store()}, "", errors, [](const std::string&) {});
     EXPECT_EQ(status, 0) << errors;
 }
+
+Editor_Session::Editor_Session(std::string store) : folder(New_Folder()), store(std::move(store)) {}
 
 Editor_Session::~Editor_Session() {
     std::error_code ignored;
@@ -48,12 +67,14 @@ Lines Editor_Session::Play(std::string_view script, std::vector<std::string> opt
     arguments.insert(arguments.end(), options.begin(), options.end());
     shell::Restore_Strings(); // the program runs once per process, a session many times
     shell::Unload_Hive();
-    std::string out;
-    status = Run(arguments, script, out, errors);
     Lines lines;
-    std::istringstream stream(out);
-    for (std::string line; std::getline(stream, line);)
-        lines.push_back(Line::parse(line));
+    status = Run(arguments, script, errors, [&](const std::string& printed) {
+        if (printed.empty())
+            return;
+        lines.push_back(Line::parse(printed));
+        if (On_Line)
+            On_Line(lines.back());
+    });
     return lines;
 }
 

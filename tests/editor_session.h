@@ -3,6 +3,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,6 +16,8 @@ using Lines = std::vector<Line>;
 class Editor_Session {
 public:
     Editor_Session();
+    // On a store that is there already.
+    explicit Editor_Session(std::string store);
     ~Editor_Session();
     Editor_Session(const Editor_Session&) = delete;
     Editor_Session& operator=(const Editor_Session&) = delete;
@@ -25,13 +28,17 @@ public:
     int Status() const { return status; }
     const std::string& Errors() const { return errors; }
 
+    // Called with every line as soon as it is printed, while the editor waits.
+    std::function<void(const Line&)> On_Line;
+
     // Puts a file into the session's folder and answers its path.
     std::string File(const std::string& name, std::string_view content) const;
     const std::filesystem::path& Folder() const { return folder; }
-    std::string Store() const { return "sqlite:" + (folder / "store.db").string(); }
+    const std::string& Store() const { return store; }
 
 private:
     std::filesystem::path folder;
+    std::string store;
     int status = 0;
     std::string errors;
 };

@@ -160,6 +160,11 @@ void Private_Server::Start() {
             std::string(std::istreambuf_iterator(std::ifstream(folder + "/server.log").rdbuf()), {}));
 }
 
+void Private_Server::Wait() const {
+    std::this_thread::sleep_for(50ms); // until it has noticed
+    EXPECT_TRUE(Becomes_True([&] { return PQping(URL("postgres").c_str()) == PQPING_OK; }));
+}
+
 pid_t Private_Server::Postmaster() const {
     return Postmaster_In(folder);
 }

@@ -26,6 +26,8 @@ public:
     // SIGKILL for all of it at once; Start makes it run again and waits until it answers.
     void Kill();
     void Start();
+    // Until it answers again after the death of one of its processes.
+    void Wait() const;
     pid_t Postmaster() const;
     std::string Socket() const { return folder + "/.s.PGSQL.5432"; }
 
