@@ -29,6 +29,11 @@ Function* Found(void* library, const char* name) {
     return reinterpret_cast<Function*>(dlsym(library, name));
 }
 
+// Of an open session.
+PGconn* Connection(soci::session& session) {
+    return static_cast<soci::postgresql_session_backend*>(session.get_backend())->conn_;
+}
+
 std::string::size_type Find_Option(const std::string& url, std::string_view option) {
     for (auto at = url.find('?'); at != std::string::npos; at = url.find('&', at + 1))
         if (url.compare(at + 1, option.size(), option) == 0)
@@ -65,7 +70,9 @@ void Open_Server(soci::session& session, const Location& location) {
     using Factory = const soci::backend_factory*();
     const auto factory = Found<Factory>(Backend(location), "factory_postgresql");
     session.open(*factory(), With_Our_Options(location.Target, patience));
-    session << "SET client_min_messages = error";
+    const auto hear = Found<decltype(PQsetNoticeProcessor)>(Backend(location), "PQsetNoticeProcessor");
+    hear(
+        Connection(session), [](void*, const char*) {}, nullptr);
     session << "SET lock_timeout = " + std::to_string(patience.count() * 500);
 }
 
@@ -77,8 +84,7 @@ bool Is_Connected(soci::session& session, const Location& location) {
 }
 
 int Socket_Of(soci::session& session, const Location& location) {
-    const auto* backend = static_cast<soci::postgresql_session_backend*>(session.get_backend());
-    return Found<decltype(PQsocket)>(Backend(location), "PQsocket")(backend->conn_);
+    return Found<decltype(PQsocket)>(Backend(location), "PQsocket")(Connection(session));
 }
 
 } // namespace stores

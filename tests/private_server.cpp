@@ -61,6 +61,19 @@ pid_t Postmaster_In(const std::string& folder) {
     return process;
 }
 
+std::vector<pid_t> Children_Of(pid_t parent) {
+    std::vector<pid_t> children;
+    for (const auto& entry : fs::directory_iterator("/proc")) {
+        std::ifstream status(entry.path() / "stat");
+        pid_t process = 0, its_parent = 0;
+        std::string name, state;
+        if (status >> process && std::getline(status, name, ')') && status >> state >> its_parent &&
+            its_parent == parent)
+            children.push_back(process);
+    }
+    return children;
+}
+
 // Outlives the program only to clear up behind it.
 [[noreturn]] void Guard(int program_is_there, const std::string& folder) {
     const int nothing = open("/dev/null", O_RDWR);
@@ -171,6 +184,9 @@ pid_t Private_Server::Postmaster() const {
 
 void Private_Server::Kill() {
     const pid_t server = Postmaster();
+    kill(server, SIGSTOP); // it is not to see its children die
+    for (const pid_t child : Children_Of(server))
+        kill(child, SIGKILL);
     kill(server, SIGKILL);
     waitpid(server, nullptr, 0);
 }
@@ -189,6 +205,8 @@ std::string Private_Server::URL(const std::string& database, const std::string& 
 Private_Server::Rows Private_Server::SQL(const std::string& url, const std::string& sql) const {
     Rows rows;
     PGconn* const connection = PQconnectdb((url + "&client_encoding=UTF8").c_str());
+    PQsetNoticeProcessor(
+        connection, [](void*, const char*) {}, nullptr);
     EXPECT_EQ(PQsendQuery(connection, sql.c_str()), 1) << url << ": " << PQerrorMessage(connection);
     while (PGresult* const result = PQgetResult(connection)) {
         EXPECT_EQ(PQresultErrorField(result, PG_DIAG_SQLSTATE), nullptr)

@@ -260,11 +260,9 @@ protected:
     }
     void Set_Trap(const std::string& url, const std::string& when, const std::string& signal,
                   std::size_t write) const {
-        server.SQL(
-            url,
-            "SET client_min_messages = error; CREATE CONSTRAINT TRIGGER fault AFTER INSERT ON change_log " +
-                when + " FOR EACH ROW WHEN (NEW.operation = '" + Writes[write] +
-                "') EXECUTE FUNCTION fault(" + signal + ")");
+        server.SQL(url, "CREATE CONSTRAINT TRIGGER fault AFTER INSERT ON change_log " + when +
+                            " FOR EACH ROW WHEN (NEW.operation = '" + Writes[write] +
+                            "') EXECUTE FUNCTION fault(" + signal + ")");
     }
 
     Private_Server& server = Private_Server::Get();
