@@ -86,16 +86,19 @@ const Record_Kind& Detail_Record(const Detail_Table& table) {
 }
 
 std::string Last_Change(soci::session& session) {
-    Statement select(session, "SELECT last_change FROM change_counter", 1);
-    select.Run();
-    Row row;
-    return select.Next(row) && row[0] ? automation::To_UTF8(*row[0]) : "0";
+    const auto row = Statement(session, "SELECT last_change FROM change_counter", 1).First_Row();
+    return row && (*row)[0] ? automation::To_UTF8(*(*row)[0]) : "0";
 }
 
-Change::Change(soci::session& session, const Visit& visit, std::string operation, Record record)
-    : session(session), visit(visit), operation(std::move(operation)), record(std::move(record)) {
-    Statement(session, "UPDATE change_counter SET last_change = last_change + 1").Run();
-    number = Last_Change(session);
+Change::Change(Statements& statements, const Visit& visit, std::string operation, Record record)
+    : statements(statements), visit(visit), operation(std::move(operation)), record(std::move(record)) {
+    const auto row =
+        statements("UPDATE change_counter SET last_change = last_change + 1 RETURNING last_change", 1)
+            .First_Row();
+    if (!row || !(*row)[0])
+        throw automation::Failure(automation::Status_Unspecified,
+                                  u"The store has lost its count of changes; restore it from a copy");
+    number = automation::To_UTF8(*(*row)[0]);
 }
 
 void Change::Require_Unchanged() {
@@ -103,19 +106,19 @@ void Change::Require_Unchanged() {
     const auto mark = visit.Read_At(std::get<int>(keys[0].Held), std::get<int>(keys[1].Held));
     if (!mark)
         return;
-    Statement select(session,
-                     "SELECT changed_by, changed_at FROM change_log WHERE config_id = :config_id AND "
-                     "partition_id = :partition_id AND node_number = :node_number AND change > :mark AND "
-                     "editor <> :editor ORDER BY change DESC LIMIT 1",
-                     2);
-    select.Run({keys[0], keys[1], keys[2], *mark, visit.Editor()});
-    Row row;
-    if (!select.Next(row))
+    const auto row =
+        statements("SELECT changed_by, changed_at FROM change_log WHERE config_id = :config_id AND "
+                   "partition_id = :partition_id AND node_number = :node_number AND change > :mark AND "
+                   "editor <> :editor ORDER BY change DESC LIMIT 1",
+                   2)
+            .First_Row({keys[0], keys[1], keys[2], *mark, visit.Editor()});
+    if (!row)
         return;
     throw automation::Failure(
         automation::Status_Unspecified,
         u"Node " + automation::From_UTF8_Replacing(std::to_string(std::get<int>(keys[2].Held))) +
-            u" was changed by " + row[0].value_or(u"somebody") + u" at " + row[1].value_or(u"some time") +
+            u" was changed by " + (*row)[0].value_or(u"somebody") + u" at " +
+            (*row)[1].value_or(u"some time") +
             u" (UTC), after it was read here; open it again to see what it holds now, and then save");
 }
 
@@ -124,16 +127,16 @@ void Change::Update(const Values& values) {
     const auto after = Texts_Of(values);
     if (!before || *before == after)
         return;
-    Statement(session, "UPDATE " + record.Kind.Table + " SET " + Equations(record.Kind.Columns, ", ") +
-                           Condition(record.Kind))
+    statements("UPDATE " + record.Kind.Table + " SET " + Equations(record.Kind.Columns, ", ") +
+               Condition(record.Kind))
         .Run(Joined(values, record.Keys));
     Note(before, after);
 }
 
 void Change::Insert(const Values& values) {
-    Statement(session, "INSERT INTO " + record.Kind.Table + " (" + List(record.Kind.Keys) + ", " +
-                           List(record.Kind.Columns) + ") VALUES (" + List(record.Kind.Keys, ":") + ", " +
-                           List(record.Kind.Columns, ":") + ")")
+    statements("INSERT INTO " + record.Kind.Table + " (" + List(record.Kind.Keys) + ", " +
+               List(record.Kind.Columns) + ") VALUES (" + List(record.Kind.Keys, ":") + ", " +
+               List(record.Kind.Columns, ":") + ")")
         .Run(Joined(record.Keys, values));
     Note(std::nullopt, Texts_Of(values));
 }
@@ -142,21 +145,20 @@ void Change::Delete() {
     const auto before = Present();
     if (!before)
         return;
-    Statement(session, "DELETE FROM " + record.Kind.Table + Condition(record.Kind)).Run(record.Keys);
+    statements("DELETE FROM " + record.Kind.Table + Condition(record.Kind)).Run(record.Keys);
     Note(before, std::nullopt);
 }
 
 std::optional<Change::Texts> Change::Present() {
     const auto& columns = record.Kind.Columns;
-    Statement select(session,
-                     "SELECT " + List(columns) + " FROM " + record.Kind.Table + Condition(record.Kind),
-                     columns.size());
-    select.Run(record.Keys);
-    Row row;
-    if (!select.Next(row))
+    const auto row =
+        statements("SELECT " + List(columns) + " FROM " + record.Kind.Table + Condition(record.Kind),
+                   columns.size())
+            .First_Row(record.Keys);
+    if (!row)
         return std::nullopt;
     Texts texts;
-    for (const auto& value : row)
+    for (const auto& value : *row)
         texts.push_back(value ? std::optional(automation::To_UTF8(*value)) : std::nullopt);
     return texts;
 }
@@ -177,10 +179,9 @@ void Change::Note(const std::optional<Texts>& before, const std::optional<Texts>
     const auto object = [](const std::string& members) {
         return members.empty() ? Value(nullptr) : Value(members + "}");
     };
-    Statement(session,
-              "INSERT INTO change_log (change, changed_at, changed_by, database_user, editor, operation, "
-              "record, config_id, partition_id, node_number, old_values, new_values) VALUES (:change, "
-              ":at, :by, :user, :editor, :operation, :record, :config, :partition, :node, :old, :new)")
+    statements("INSERT INTO change_log (change, changed_at, changed_by, database_user, editor, operation, "
+               "record, config_id, partition_id, node_number, old_values, new_values) VALUES (:change, "
+               ":at, :by, :user, :editor, :operation, :record, :config, :partition, :node, :old, :new)")
         .Run({number, Now(), visit.Person(), visit.Database_User(), visit.Editor(), operation,
               record.Kind.Table, record.Keys[0], record.Keys[1], record.Keys[2], object(old_values),
               object(new_values)});

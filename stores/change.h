@@ -28,8 +28,8 @@ struct Record {
 
 class Change {
 public:
-    // `operation` is what the history calls it.
-    Change(soci::session& session, const Visit& visit, std::string operation, Record record);
+    // `operation` is what the history calls it. The statements may serve any number of changes.
+    Change(Statements& statements, const Visit& visit, std::string operation, Record record);
 
     // automation::Failure, which says who and when, if somebody else has changed the node since the visit
     // read it.
@@ -48,7 +48,7 @@ private:
     std::optional<Texts> Present();
     void Note(const std::optional<Texts>& before, const std::optional<Texts>& after);
 
-    soci::session& session;
+    Statements& statements;
     const Visit& visit;
     const std::string operation;
     const Record record;

@@ -122,6 +122,16 @@ bool Statement::Next(Row& row) {
     return true;
 }
 
+std::optional<Row> Statement::First_Row(const Values& values) {
+    Run(values);
+    Row first, other;
+    if (!Next(first))
+        return std::nullopt;
+    while (Next(other))
+        continue;
+    return first;
+}
+
 Database::Database(const Location& location) : Place(location) {
     Explain([&] { Connect(); });
 }
@@ -134,10 +144,8 @@ void Database::Connect() {
     Open_Server(session, Place);
     watchdog.emplace(Socket_Of(session, Place), Patience_For(Place));
     const Watchdog::Watch watch(&*watchdog);
-    Statement select(session, "SELECT session_user", 1);
-    select.Run();
-    if (Row row; select.Next(row) && row[0])
-        user = automation::To_UTF8(*row[0]);
+    if (const auto row = Statement(session, "SELECT session_user", 1).First_Row(); row && (*row)[0])
+        user = automation::To_UTF8(*(*row)[0]);
 }
 
 void Database::Begin() {

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -42,6 +43,8 @@ public:
     void Run(const Values& values = {});
     // The next row of the last run, written over `row`; false when there is none.
     bool Next(Row& row);
+    // Runs it to its end, and gives the first row.
+    std::optional<Row> First_Row(const Values& values = {});
 
 private:
     struct Slot {
@@ -55,6 +58,19 @@ private:
     std::vector<Slot> in, out;
     bool prepared = false;
     soci::statement statement; // last: it refers to the slots
+};
+
+// The statements of one transaction, each prepared once.
+class Statements {
+public:
+    explicit Statements(soci::session& session) : session(session) {}
+    Statement& operator()(const std::string& sql, std::size_t columns = 0) {
+        return kept.try_emplace(sql, session, sql, columns).first->second;
+    }
+
+private:
+    soci::session& session;
+    std::map<std::string, Statement> kept;
 };
 
 using Body = std::function<void(soci::session&)>;

@@ -71,10 +71,8 @@ std::vector<std::string> Table_Names(soci::session& session) {
 
 // 0 when none is stated.
 automation::Long Stated_Version(soci::session& session) {
-    Statement select(session, "SELECT MAX(version) FROM store_version", 1);
-    select.Run();
-    Row row;
-    return select.Next(row) && row[0] ? automation::To_Long(*row[0]) : 0;
+    const auto row = Statement(session, "SELECT MAX(version) FROM store_version", 1).First_Row();
+    return row && (*row)[0] ? automation::To_Long(*(*row)[0]) : 0;
 }
 
 std::string How_To_Create(const Location& location) {

@@ -14,7 +14,8 @@ using Action = std::function<void(Change&)>;
 
 void Write(const Workplace& place, const std::string& operation, const Record& record, const Action& action) {
     place.Store->Data().Operate([&](soci::session& session) {
-        Change change(session, *place.Editor, operation, record);
+        Statements statements(session);
+        Change change(statements, *place.Editor, operation, record);
         change.Require_Unchanged();
         action(change);
     });
