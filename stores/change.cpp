@@ -39,8 +39,8 @@ Values Joined(Values first, const Values& second) {
     return first;
 }
 
-std::vector<std::optional<std::string>> Texts_Of(const Values& values) {
-    std::vector<std::optional<std::string>> texts;
+Byte_Row Texts_Of(const Values& values) {
+    Byte_Row texts;
     for (const Value& value : values)
         if (const auto* text = std::get_if<std::string>(&value.Held))
             texts.emplace_back(*text);
@@ -49,7 +49,9 @@ std::vector<std::optional<std::string>> Texts_Of(const Values& values) {
     return texts;
 }
 
-std::string Quoted(const std::string& text) {
+// As JSON; bytes that are no text, which only somebody else can have stored, become U+FFFD.
+std::string Quoted(const std::string& bytes) {
+    const std::string text = automation::To_UTF8(automation::From_UTF8_Replacing(bytes));
     constexpr const char* digits = "0123456789abcdef";
     std::string quoted = "\"";
     for (const char character : text) {
@@ -87,7 +89,7 @@ const Record_Kind& Detail_Record(const Detail_Table& table) {
 
 std::string Last_Change(soci::session& session) {
     const auto row = Statement(session, "SELECT last_change FROM change_counter", 1).First_Row();
-    return row && (*row)[0] ? automation::To_UTF8(*(*row)[0]) : "0";
+    return row ? row->front().value_or("0") : "0";
 }
 
 Change::Change(Statements& statements, const Visit& visit, std::string operation, Record record)
@@ -95,10 +97,10 @@ Change::Change(Statements& statements, const Visit& visit, std::string operation
     const auto row =
         statements("UPDATE change_counter SET last_change = last_change + 1 RETURNING last_change", 1)
             .First_Row();
-    if (!row || !(*row)[0])
+    if (!row || !row->front())
         throw automation::Failure(automation::Status_Unspecified,
                                   u"The store has lost its count of changes; restore it from a copy");
-    number = automation::To_UTF8(*(*row)[0]);
+    number = *row->front();
 }
 
 void Change::Require_Unchanged() {
@@ -112,14 +114,13 @@ void Change::Require_Unchanged() {
                    "editor <> :editor ORDER BY change DESC LIMIT 1",
                    2)
             .First_Row({keys[0], keys[1], keys[2], *mark, visit.Editor()});
-    if (!row)
-        return;
-    throw automation::Failure(
-        automation::Status_Unspecified,
-        u"Node " + automation::From_UTF8_Replacing(std::to_string(std::get<int>(keys[2].Held))) +
-            u" was changed by " + (*row)[0].value_or(u"somebody") + u" at " +
-            (*row)[1].value_or(u"some time") +
-            u" (UTC), after it was read here; open it again to see what it holds now, and then save");
+    if (row)
+        throw automation::Failure(
+            automation::Status_Unspecified,
+            automation::From_UTF8_Replacing(
+                "Node " + std::to_string(std::get<int>(keys[2].Held)) + " was changed by " +
+                (*row)[0].value_or("somebody") + " at " + (*row)[1].value_or("some time") +
+                " (UTC), after it was read here; open it again to see what it holds now, and then save"));
 }
 
 void Change::Update(const Values& values) {
@@ -149,26 +150,19 @@ void Change::Delete() {
     Note(before, std::nullopt);
 }
 
-std::optional<Change::Texts> Change::Present() {
+std::optional<Byte_Row> Change::Present() {
     const auto& columns = record.Kind.Columns;
-    const auto row =
-        statements("SELECT " + List(columns) + " FROM " + record.Kind.Table + Condition(record.Kind),
-                   columns.size())
-            .First_Row(record.Keys);
-    if (!row)
-        return std::nullopt;
-    Texts texts;
-    for (const auto& value : *row)
-        texts.push_back(value ? std::optional(automation::To_UTF8(*value)) : std::nullopt);
-    return texts;
+    return statements("SELECT " + List(columns) + " FROM " + record.Kind.Table + Condition(record.Kind),
+                      columns.size())
+        .First_Row(record.Keys);
 }
 
-void Change::Note(const std::optional<Texts>& before, const std::optional<Texts>& after) {
+void Change::Note(const std::optional<Byte_Row>& before, const std::optional<Byte_Row>& after) {
     std::string old_values, new_values;
     for (std::size_t column = 0; column < record.Kind.Columns.size(); ++column) {
         if (before && after && (*before)[column] == (*after)[column])
             continue;
-        const auto add = [&](std::string& object, const std::optional<Texts>& texts) {
+        const auto add = [&](std::string& object, const std::optional<Byte_Row>& texts) {
             if (texts)
                 object += (object.empty() ? "{" : ", ") + Quoted(record.Kind.Columns[column]) + ": " +
                           ((*texts)[column] ? Quoted(*(*texts)[column]) : "null");

@@ -43,10 +43,8 @@ public:
     void Delete();
 
 private:
-    using Texts = std::vector<std::optional<std::string>>;
-
-    std::optional<Texts> Present();
-    void Note(const std::optional<Texts>& before, const std::optional<Texts>& after);
+    std::optional<Byte_Row> Present();
+    void Note(const std::optional<Byte_Row>& before, const std::optional<Byte_Row>& after);
 
     Statements& statements;
     const Visit& visit;

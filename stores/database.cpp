@@ -44,22 +44,19 @@ const char* Advice_On_File(const soci::sqlite3_soci_error& error) {
     case SQLITE_PERM:
     case SQLITE_READONLY:
         return "check the rights of the file and its folder";
+    case SQLITE_CONSTRAINT:
+        return "";
     default:
         return "restore it from a copy, or make a new one with style-editor store init";
     }
 }
 
-const char* Advice(const soci::soci_error& error) {
-    if (const auto* file_error = dynamic_cast<const soci::sqlite3_soci_error*>(&error))
-        return Advice_On_File(*file_error);
-    switch (error.get_error_category()) {
-    case soci::soci_error::no_privilege:
+// What a server that is connected to refuses is mostly the caller's affair.
+const char* Advice_On_Server(const soci::soci_error& error) {
+    if (error.get_error_category() == soci::soci_error::no_privilege)
         return "ask the store's administrator for the rights of an editor";
-    case soci::soci_error::connection_error:
-        return "try again when the server runs";
-    default:
-        return "check the server's address, your rights and that the server runs";
-    }
+    const bool is_locked = error.get_error_message().find("lock timeout") != std::string::npos;
+    return is_locked ? "another program is using it; try again" : "";
 }
 
 void Replace_All(std::string& text, const std::string& from, const std::string& to) {
@@ -122,14 +119,16 @@ bool Statement::Next(Row& row) {
     return true;
 }
 
-std::optional<Row> Statement::First_Row(const Values& values) {
+std::optional<Byte_Row> Statement::First_Row(const Values& values) {
     Run(values);
-    Row first, other;
-    if (!Next(first))
+    if (!statement.fetch())
         return std::nullopt;
-    while (Next(other))
+    Byte_Row row;
+    for (const Slot& slot : out)
+        row.push_back(slot.State == soci::i_null ? std::nullopt : std::optional(slot.Text));
+    while (statement.fetch())
         continue;
-    return first;
+    return row;
 }
 
 Database::Database(const Location& location) : Place(location) {
@@ -144,8 +143,8 @@ void Database::Connect() {
     Open_Server(session, Place);
     watchdog.emplace(Socket_Of(session, Place), Patience_For(Place));
     const Watchdog::Watch watch(&*watchdog);
-    if (const auto row = Statement(session, "SELECT session_user", 1).First_Row(); row && (*row)[0])
-        user = automation::To_UTF8(*(*row)[0]);
+    if (!user) // it stays the same, and other threads may be reading it
+        user = Statement(session, "SELECT session_user", 1).First_Row().value()[0];
 }
 
 void Database::Begin() {
@@ -217,8 +216,13 @@ void Database::Explain(const std::function<void()>& body) {
 
 // One line that names the store and says what to do, without a password.
 std::string Database::Complaint(const soci::soci_error& error) {
-    std::string said = Plain_Message(error);
+    const auto* file_error = dynamic_cast<const soci::sqlite3_soci_error*>(&error);
     const bool is_lost = !Place.Is_File && !Is_Connected(session, Place);
+    std::string said = Plain_Message(error);
+    std::string advice = file_error ? Advice_On_File(*file_error) : Advice_On_Server(error);
+    if (is_lost)
+        advice = watchdog ? "try again when the server runs"
+                          : "check the server's address, your rights and that the server runs";
     if (watchdog && watchdog->Has_Bitten())
         said = "the server did not answer in time";
     Replace_All(said, Place.Target, Place.Name);
@@ -226,8 +230,9 @@ std::string Database::Complaint(const soci::soci_error& error) {
         Replace_All(said, secret, "***");
     if (is_lost && committing)
         said += "; whether the change was stored is not known";
-    return "The store " + Place.Name + " cannot be used: " + said + "; " +
-           (is_lost && watchdog ? "try again when the server runs" : Advice(error));
+    if (advice.empty())
+        return "The store " + Place.Name + " refused it: " + said;
+    return "The store " + Place.Name + " cannot be used: " + said + "; " + advice;
 }
 
 } // namespace stores

@@ -34,6 +34,8 @@ using Values = std::vector<Value>;
 
 // The columns of one row; nothing for null.
 using Row = std::vector<std::optional<automation::String>>;
+// The same as the bytes that the store holds: UTF-8, unless somebody has put something else there.
+using Byte_Row = std::vector<std::optional<std::string>>;
 
 // A statement that is prepared at its first run and may run again with other values. Which of the values
 // are keys must not change from one run to the next.
@@ -44,7 +46,7 @@ public:
     // The next row of the last run, written over `row`; false when there is none.
     bool Next(Row& row);
     // Runs it to its end, and gives the first row.
-    std::optional<Row> First_Row(const Values& values = {});
+    std::optional<Byte_Row> First_Row(const Values& values = {});
 
 private:
     struct Slot {

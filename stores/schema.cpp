@@ -72,7 +72,7 @@ std::vector<std::string> Table_Names(soci::session& session) {
 // 0 when none is stated.
 automation::Long Stated_Version(soci::session& session) {
     const auto row = Statement(session, "SELECT MAX(version) FROM store_version", 1).First_Row();
-    return row && (*row)[0] ? automation::To_Long(*(*row)[0]) : 0;
+    return row && row->front() ? automation::To_Long(automation::From_UTF8_Replacing(*row->front())) : 0;
 }
 
 std::string How_To_Create(const Location& location) {

@@ -176,6 +176,17 @@ TEST_P(Shared_Store, Takes_The_Same_Texts_Whatever_It_Is_Made_Of) {
     EXPECT_EQ(Everything(), before);
 }
 
+TEST_P(Shared_Store, A_Record_That_Holds_No_Text_Can_Still_Be_Written_Over) {
+    if (GetParam() == Kind::Server)
+        return; // takes nothing but text
+    const Editor editor(place.URL);
+    place.SQL(
+        "UPDATE style_node SET hookflash = CAST(X'41FF' AS TEXT) WHERE partition_id = 2 AND node_number = 7");
+    EXPECT_EQ(Said(editor.Update(u"7", u"600")), "");
+    EXPECT_NE(place.SQL("SELECT old_values FROM change_log").at(0).at(0).find("\"A\uFFFD\""),
+              std::string::npos);
+}
+
 TEST_P(Shared_Store, Editors_At_The_Same_Time_Lose_No_Change) {
     constexpr int Editors = 4, Saves = 12;
     std::atomic<int> saved{0};
