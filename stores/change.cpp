@@ -19,14 +19,14 @@ Record_Kind Kind_Of(const Detail_Table& table) {
 std::string Equations(const std::vector<std::string>& columns, const std::string& separator) {
     std::string text;
     for (const std::string& column : columns)
-        text += (text.empty() ? "" : separator) + column + " = :" + column;
+        text.append(text.empty() ? "" : separator).append(column).append(" = :").append(column);
     return text;
 }
 
 std::string List(const std::vector<std::string>& columns, const std::string& prefix = "") {
     std::string text;
     for (const std::string& column : columns)
-        text += (text.empty() ? "" : ", ") + prefix + column;
+        text.append(text.empty() ? "" : ", ").append(prefix).append(column);
     return text;
 }
 

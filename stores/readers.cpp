@@ -112,7 +112,7 @@ private:
         });
     }
 
-    const Workplace place;
+    const Workplace place{};
 };
 
 class DETAIL_Reader final : public Component<interfaces::DETAIL> {};

@@ -82,7 +82,7 @@ public:
     Status Create(const Variant& Location, Long Nodes, automation::Text& Result) override {
         return Serve([&] {
             Result = automation::Text(automation::From_UTF8_Replacing(Explained([&] {
-                const std::string name = Is_Own(Location) ? Own_Store() : Name(Location);
+                std::string name = Is_Own(Location) ? Own_Store() : Name(Location);
                 Store::Create(name, Nodes == interfaces::Sample_Nodes ? std::nullopt : std::optional(Nodes));
                 return name;
             })));
@@ -91,7 +91,7 @@ public:
     Status Upgrade(const Variant& Location, automation::Text& Result) override {
         return Serve([&] {
             Result = automation::Text(automation::From_UTF8_Replacing(Explained([&] {
-                const std::string name = Is_Own(Location) ? Own_Store() : Name(Location);
+                std::string name = Is_Own(Location) ? Own_Store() : Name(Location);
                 Store::Upgrade(name);
                 return name;
             })));

@@ -48,7 +48,7 @@ public:
     }
 
 private:
-    const Workplace place;
+    const Workplace place{};
 };
 
 class DELNODES_Deleter final : public Component<interfaces::DELNODES> {
@@ -78,7 +78,7 @@ private:
         });
     }
 
-    const Workplace place;
+    const Workplace place{};
 };
 
 class INSNODES_Inserter final : public Component<interfaces::INSNODES> {
@@ -135,7 +135,7 @@ private:
         });
     }
 
-    const Workplace place;
+    const Workplace place{};
 };
 
 } // namespace

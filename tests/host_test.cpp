@@ -166,6 +166,14 @@ TEST(Command_Line, Keeps_Its_Defaults) {
     EXPECT_FALSE(edit.Common.App_Data);
     EXPECT_EQ(Parsed<Play_Command>({"play", "--appdata=", "-"}).Common.App_Data, "");
     EXPECT_FALSE(Parsed<Store_Init_Command>({"store", "init"}).Nodes);
+
+    const auto history =
+        Parsed<Store_History_Command>({"store", "history", "--node", "0", "--json", "--config=-1"});
+    EXPECT_EQ(history.Config_ID, -1);
+    EXPECT_FALSE(history.Partition_ID);
+    EXPECT_EQ(history.Node_Number, 0);
+    EXPECT_TRUE(history.As_JSON);
+    EXPECT_EQ(Parsed<Store_Upgrade_Command>({"store", "upgrade", "--store", "sqlite:y"}).Store, "sqlite:y");
 }
 
 TEST(Command_Line, Rejects_What_It_Does_Not_Know) {
@@ -173,7 +181,7 @@ TEST(Command_Line, Rejects_What_It_Does_Not_Know) {
         "|paly x|edit x|edit --node|edit --node x|edit --node 0x1|edit --node 32768|edit --config -32769|"
         "edit --window|edit play x|play|play x y|play x --node 1|play x --fail|"
         "play --fail A B x|play x --bogus|store|store drop|store init --nodes -1|store init --nodes 32767|"
-        "store init --trace";
+        "store init --trace|store history --node 32768|store history x|store upgrade --nodes 1";
     for (const std::string& line : Cells(lines)) {
         std::istringstream words(line);
         const std::vector<std::string> arguments{std::istream_iterator<std::string>(words), {}};

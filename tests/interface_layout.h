@@ -2,6 +2,7 @@
 #pragma once
 
 #include "interfaces/product_components.h"
+#include "interfaces/store_history.h"
 #include "interfaces/store_keeper.h"
 #include "style_node/busyness_rules.h"
 

@@ -171,10 +171,20 @@ void Private_Server::Start() {
         throw std::runtime_error(
             "the server does not start: " +
             std::string(std::istreambuf_iterator(std::ifstream(folder + "/server.log").rdbuf()), {}));
+    Wait();
 }
 
-void Private_Server::Wait() const {
-    std::this_thread::sleep_for(50ms); // until it has noticed
+int Private_Server::Times_Ready() const {
+    std::ifstream log(folder + "/server.log");
+    int times = 0;
+    for (std::string line; std::getline(log, line);)
+        times += line.find("ready to accept connections") != std::string::npos;
+    return times;
+}
+
+void Private_Server::Wait() {
+    EXPECT_TRUE(Becomes_True([&] { return Times_Ready() > times_ready; }));
+    times_ready = Times_Ready();
     EXPECT_TRUE(Becomes_True([&] { return PQping(URL("postgres").c_str()) == PQPING_OK; }));
 }
 

@@ -26,8 +26,8 @@ public:
     // SIGKILL for all of it at once; Start makes it run again and waits until it answers.
     void Kill();
     void Start();
-    // Until it answers again after the death of one of its processes.
-    void Wait() const;
+    // Until it answers again after the death of one of its processes, for which it lets all others go.
+    void Wait();
     pid_t Postmaster() const;
     std::string Socket() const { return folder + "/.s.PGSQL.5432"; }
 
@@ -38,9 +38,11 @@ private:
     Private_Server& operator=(const Private_Server&) = delete;
 
     void Make_Data() const;
+    int Times_Ready() const;
 
     std::string folder;
     int alive = -1; // the guard cleans up when the program no longer holds it
     pid_t guard = -1;
     int databases = 0;
+    int times_ready = 0; // since the data was made
 };

@@ -184,7 +184,7 @@ protected:
     std::string Copy() {
         const auto slash = base.rfind('/', base.find('?'));
         return server.New_Database("TEMPLATE " + base.substr(slash + 1, base.find('?') - slash - 1)) +
-               "&connect_timeout=1";
+               "&connect_timeout=2";
     }
     // Everything that a save writes, but for the time.
     Texts State(const std::string& url) const {
