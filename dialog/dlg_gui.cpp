@@ -146,6 +146,7 @@ void dlgGUI::Connect_Numeric_Fields() {
     };
     for (const Named_Field& named : fields) {
         Numeric_Field* const field = &named.Field;
+        named.Box.Set_Rule(field->Rule());
         named.Box.On_Change = [this, field, handler = named.Change] {
             Handle(handler, [field] { field->Changed(); });
         };
@@ -161,6 +162,7 @@ void dlgGUI::Connect_Numeric_Fields() {
 
 void dlgGUI::Connect_Text_Fields() {
     auto connect_dial = [this](Text_Box& box, Dial_Field& field, String_View handler) {
+        box.Set_Rule(Dial_Field::Rule());
         box.On_Change = [this, &field, handler] {
             Handle(
                 handler, [&field] { field.Changed(); }, After_Failure::Only_Report);
@@ -169,6 +171,7 @@ void dlgGUI::Connect_Text_Fields() {
     connect_dial(txtTransfer, transfer, u"txtTransfer_Change");
     connect_dial(txtDisconnect, disconnect, u"txtDisconnect_Change");
     connect_dial(txtRetrieve, retrieve, u"txtRetrieve_Change");
+    txtDescription.Set_Rule(Label_Field::Rule());
     txtDescription.On_Change = [this] {
         Handle(u"txtDescription_Change", [this] { description.Changed(); });
     };

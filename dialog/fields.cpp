@@ -54,7 +54,20 @@ void Accept_Empty(toolkit::Text_Control& field, String& last_accepted, toolkit::
     apply.Set_Enabled(true);
 }
 
+constexpr Integer Longest_Dial_Text = 7;
+constexpr Integer Longest_Label = 30;
+constexpr String_View Dial_Signs = u",#!*";
+
+String At_Most(Integer longest) {
+    return u"at most " + automation::Decimal_Text(longest) + u" characters";
+}
+
 } // namespace
+
+String Numeric_Field::Rule() const {
+    return u"a number from " + String(rule.Minimum) + u" to " + automation::Decimal_Text(rule.Upper_Bound) +
+           u", " + At_Most(rule.Longest);
+}
 
 void Numeric_Field::Changed() {
     Trim(box);
@@ -99,19 +112,22 @@ bool Numeric_Field::Is_Below_Minimum() const {
     return value < automation::To_Double(rule.Minimum);
 }
 
+String Dial_Field::Rule() {
+    return At_Most(Longest_Dial_Text) + u", a digit or one of " + String(Dial_Signs) + u" as the last";
+}
+
 void Dial_Field::Changed() {
-    constexpr Integer longest = 7;
     Trim(box);
     if (box.Text().empty())
         return Accept_Empty(box, last_accepted, apply);
     const Integer length = Length_Of(box);
-    if (length > longest)
+    if (length > Longest_Dial_Text)
         return Write(box, last_accepted);
     const String_View last = Character_At(box, length);
     if (Is_Numeric(box.Text())) {
         if (last == u".")
             return Write(box, last_accepted);
-    } else if (!Is_One_Of(last, u",#!*") && !Is_Numeric(last)) {
+    } else if (!Is_One_Of(last, Dial_Signs) && !Is_Numeric(last)) {
         Write(box, last_accepted);
         box.Set_Selection_Start(box.Text().size());
         return;
@@ -119,9 +135,12 @@ void Dial_Field::Changed() {
     Remember(box, last_accepted, apply);
 }
 
+String Label_Field::Rule() {
+    return At_Most(Longest_Label);
+}
+
 void Label_Field::Changed() {
-    constexpr std::size_t longest = 30;
-    if (box.Text().size() > longest) {
+    if (box.Text().size() > std::size_t{Longest_Label}) {
         Write(box, last_accepted);
         box.Set_Selection_Start(box.Text().size());
         return;

@@ -84,10 +84,16 @@ struct Parser {
     CLI::App* Upgrading =
         Storing->add_subcommand("upgrade", "Bring an older store up to this program's layout");
 
+    Export_Command Export;
+    Apply_Command Apply;
+    CLI::App* Exporting = Storing->add_subcommand("export", "Print the nodes of a partition as JSON Lines");
+    CLI::App* Applying = Storing->add_subcommand("apply", "Change nodes as JSON Lines say, all or none");
+
     Parser() {
         App.set_help_flag("--help", "Print this help");
-        for (CLI::App* command : {Editing, Playing, Storing, Initialising, Recounting, Upgrading, Registering,
-                                  Unregistering, Listing, Translating, Checking, Picturing})
+        for (CLI::App* command :
+             {Editing, Playing, Storing, Initialising, Exporting, Applying, Recounting, Upgrading,
+              Registering, Unregistering, Listing, Translating, Checking, Picturing})
             command->set_help_flag("--help", "Print this help");
         App.set_version_flag("--version", "style-editor " STYLE_EDITOR_VERSION);
         App.require_subcommand(0, 1);
@@ -98,6 +104,7 @@ struct Parser {
         Add_Init();
         Add_History();
         Store_Option(*Upgrading, Upgrade.Store);
+        Add_Bulk();
         Add_Strings();
         Add_Registration(*Registering);
         Add_Registration(*Unregistering);
@@ -150,6 +157,31 @@ struct Parser {
         Recounting->add_flag("--json", History.As_JSON, "One JSON object a line");
     }
 
+    void Add_Bulk() {
+        const auto add_place = [](CLI::App& app, Common_Options& common, Job& place) {
+            Store_Option(app, common.Store);
+            Identifier_Option(app, "--config", place.Config_ID, "Configuration (1)");
+            Identifier_Option(app, "--partition", place.Partition_ID, "Partition (1)");
+        };
+        add_place(*Exporting, Export.Common, Export.Place);
+        Text_Option(*Exporting, "--out", Export.Out, "FILE", "A new file instead of standard output");
+        Applying->add_option("FILE", Apply.File, "The lines; - is standard input")->required();
+        add_place(*Applying, Apply.Common, Apply.Place);
+        Applying->add_flag("--dry-run", Apply.Dry_Run, "Print every change and refusal, change nothing");
+        Applying->add_option("--undo", Apply.Undo, "The new file that undoes it; without it FILE.undo")
+            ->type_name("FILE");
+        Applying->add_flag("--restore", Apply.Restore,
+                           "Put the values back as they are given, without the dialog's rules");
+    }
+
+    Command_Line Parsed_Apply() {
+        if (Apply.Undo.empty() && Apply.File == "-" && !Apply.Dry_Run)
+            throw Usage_Error("name the file that undoes it: --undo FILE");
+        if (Apply.Undo.empty())
+            Apply.Undo = Apply.File + ".undo";
+        return Apply;
+    }
+
     Command_Line Parsed() {
         if (*Editing)
             return Edit;
@@ -161,6 +193,10 @@ struct Parser {
             return History;
         if (*Upgrading)
             return Upgrade;
+        if (*Exporting)
+            return Export;
+        if (*Applying)
+            return Parsed_Apply();
         Registration.Removes = static_cast<bool>(*Unregistering);
         if (*Registering || *Unregistering)
             return Registration;
@@ -168,9 +204,10 @@ struct Parser {
             return List;
         if (*Checking || *Picturing)
             return Strings;
-        throw Usage_Error("say what to do: edit, play SCRIPT, store init, strings, register, "
-                          "unregister or list; see "
-                          "style-editor --help");
+        throw Usage_Error(
+            "say what to do: edit, play SCRIPT, store init, store export, store apply, strings, register, "
+            "unregister or list; see "
+            "style-editor --help");
     }
 };
 

@@ -8,6 +8,7 @@
 
 #include "automation/create.h"
 #include "automation/text.h"
+#include "bulk.h"
 #include "host/box_reporter.h"
 #include "host/script_player.h"
 #include "host/setup.h"
@@ -141,6 +142,15 @@ int Run(const Store_Upgrade_Command& command, const Streams& streams) {
     const std::string name = Upgrade_Store(command);
     streams.Out << "the store " << name << " is up to date" << std::endl;
     return status::OK;
+}
+
+int Run(const Export_Command& command, const Streams& streams) {
+    Export(command, streams);
+    return status::OK;
+}
+
+int Run(const Apply_Command& command, const Streams& streams) {
+    return Apply(command, streams) ? status::OK : status::Refused;
 }
 
 int Run(const Register_Command& command, const Streams& streams) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "automation/text.h"
 
@@ -11,5 +12,8 @@ namespace host {
 std::string Read_File(const std::string& path);
 // Throws Start_Error also when it is not UTF-8.
 automation::String Read_Text_File(const std::string& path);
+// For the owner alone, and on the disk when it returns. Throws Start_Error, also when there is something
+// already.
+void Write_New_File(const std::string& path, std::string_view bytes);
 
 } // namespace host

@@ -18,6 +18,8 @@ constexpr Identity INSNODES_Class{
     0x7AD6DAC8, 0xDD51, 0x48F7, {0x92, 0xC9, 0xCB, 0x57, 0xDF, 0x99, 0x70, 0xD1}};
 constexpr Identity Message_Box_Class{
     0xC8AB12E0, 0x12AB, 0x4B3F, {0x86, 0x7C, 0x12, 0xEB, 0x32, 0xA8, 0xEA, 0x2A}};
+constexpr Identity Records_Class{
+    0xB8EDE21D, 0x8F0A, 0x4555, {0xB7, 0x0C, 0xF4, 0x05, 0xC4, 0x35, 0xA0, 0x5D}};
 
 const automation::Server_Class Served[] = {
     {interfaces::SR::Program_Identity.data(), SR_Class, Make_SR},
@@ -32,6 +34,7 @@ const automation::Server_Class Served[] = {
      Make_Label_Checker},
     {interfaces::Store_Keeper::Program_Identity.data(), interfaces::Store_Keeper::Class_Identity,
      Make_Store_Keeper},
+    {interfaces::Store_Records::Program_Identity.data(), Records_Class, Make_Store_Records},
 };
 
 } // namespace

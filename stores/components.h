@@ -9,6 +9,7 @@
 #include "interfaces/product_components.h"
 #include "interfaces/store_history.h"
 #include "interfaces/store_keeper.h"
+#include "interfaces/store_records.h"
 #include "stores/store.h"
 
 namespace stores {
@@ -67,5 +68,6 @@ New_Object Make_INSNODES();
 New_Object Make_Message_Box();
 New_Object Make_Label_Checker();
 New_Object Make_Store_Keeper();
+New_Object Make_Store_Records();
 
 } // namespace stores

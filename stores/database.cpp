@@ -148,6 +148,7 @@ void Database::Connect() {
 }
 
 void Database::Begin() {
+    committing = false;
     if (Place.Is_File)
         return session.begin();
     const bool known_to_be_gone = !Is_Connected(session, Place);
@@ -185,9 +186,11 @@ void Database::Roll_Back() noexcept {
 
 void Database::In_Transaction(const Body& body) {
     const std::lock_guard hold(mutex);
-    committing = false;
-    Begin();
+    if (!work)
+        Begin();
     const Watchdog::Watch watch(watchdog ? &*watchdog : nullptr);
+    if (work)
+        return body(session);
     try {
         body(session);
         Commit();
@@ -197,13 +200,50 @@ void Database::In_Transaction(const Body& body) {
     }
 }
 
-void Database::Operate(const Body& body) {
+void Database::As_Failure(const std::function<void()>& body) {
     try {
-        In_Transaction(body);
+        body();
     } catch (const soci::soci_error& error) {
         throw automation::Failure(automation::Status_Unspecified,
                                   automation::From_UTF8_Replacing(Complaint(error)));
     }
+}
+
+void Database::Operate(const Body& body) {
+    As_Failure([&] { In_Transaction(body); });
+}
+
+void Database::Begin_Work(bool writes) {
+    std::unique_lock hold(mutex);
+    As_Failure([&] {
+        Begin();
+        const Watchdog::Watch watch(watchdog ? &*watchdog : nullptr);
+        try {
+            if (writes) // every writer takes a number first, and waits here
+                Statement(session, "UPDATE change_counter SET last_change = last_change").Run();
+            else if (!Place.Is_File)
+                Statement(session, "SET TRANSACTION ISOLATION LEVEL REPEATABLE READ").Run();
+        } catch (...) {
+            Roll_Back();
+            throw;
+        }
+    });
+    work = std::move(hold);
+}
+
+void Database::End_Work(bool kept) {
+    const auto hold = std::exchange(work, std::nullopt);
+    const Watchdog::Watch watch(watchdog ? &*watchdog : nullptr);
+    if (!hold || !kept)
+        return Roll_Back();
+    As_Failure([&] {
+        try {
+            Commit();
+        } catch (const soci::soci_error&) {
+            Roll_Back();
+            throw;
+        }
+    });
 }
 
 void Database::Explain(const std::function<void()>& body) {

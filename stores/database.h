@@ -84,7 +84,7 @@ public:
     explicit Database(const Location& location);
 
     // Runs body(session) as one transaction while no other thread uses the connection; what it throws
-    // rolls everything back.
+    // rolls everything back. Within the calling thread's work it is a part of that.
     void In_Transaction(const Body& body);
 
     // The same for an operation of a component: what the database reports becomes an automation::Failure.
@@ -96,6 +96,12 @@ public:
     // Whom the server takes this program for; nothing for a file.
     const std::optional<std::string>& User() const { return user; }
 
+    // Work is one transaction over many operations of one thread, which see one state of the store; other
+    // threads wait for its end. From its begin to its end nobody else writes, if it `writes`. Failures are
+    // those of Operate.
+    void Begin_Work(bool writes);
+    void End_Work(bool kept);
+
     const Location Place;
 
 private:
@@ -103,9 +109,11 @@ private:
     void Begin();
     void Commit();
     void Roll_Back() noexcept;
+    void As_Failure(const std::function<void()>& body);
     std::string Complaint(const soci::soci_error& error);
 
-    std::mutex mutex;
+    std::recursive_mutex mutex;
+    std::optional<std::unique_lock<std::recursive_mutex>> work;
     soci::session session;
     std::optional<std::string> user;
     std::optional<Watchdog> watchdog; // of a server; it goes before its connection

@@ -44,6 +44,7 @@ int Run(std::vector<std::string> arguments, std::string_view input, std::string&
     std::ostringstream error_stream;
     arguments.insert(arguments.begin(), "style-editor");
     const int status = host::Run_Program(arguments, {in, out_stream, error_stream});
+    out_stream.flush();
     errors = error_stream.str();
     return status;
 }
@@ -76,6 +77,12 @@ Lines Editor_Session::Play(std::string_view script, std::vector<std::string> opt
             On_Line(lines.back());
     });
     return lines;
+}
+
+std::string Editor_Session::Command(std::vector<std::string> arguments, std::string_view input) {
+    std::string out;
+    status = Run(std::move(arguments), input, errors, [&](const std::string& printed) { out += printed; });
+    return out;
 }
 
 std::string Editor_Session::File(const std::string& name, std::string_view content) const {

@@ -25,6 +25,8 @@ public:
     // The lines that `style-editor play` prints for the script; the exit status and standard error are kept.
     // Every Play starts with fresh classes, on the store as earlier ones left it.
     Lines Play(std::string_view script, std::vector<std::string> options = {});
+    // What another command of the program prints; its status and standard error are kept.
+    std::string Command(std::vector<std::string> arguments, std::string_view input = "");
     int Status() const { return status; }
     const std::string& Errors() const { return errors; }
 

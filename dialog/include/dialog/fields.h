@@ -2,7 +2,7 @@
 //
 // Every test reads the control afresh: a write to the field runs the same handler nested inside the write,
 // and what the nested run leaves is what the later steps see. The rules judge converted values; what is
-// stored is the text.
+// stored is the text. Rule() says it to a person.
 #pragma once
 
 #include "toolkit/control.h"
@@ -29,6 +29,7 @@ public:
     Numeric_Field(toolkit::Combo_Box& box, toolkit::Control& apply, const Numeric_Rule& rule)
         : box(box), apply(apply), rule(rule) {}
 
+    automation::String Rule() const;
     void Changed();
     void Picked() { apply.Set_Enabled(true); }
     void Left();
@@ -48,6 +49,7 @@ private:
 class Dial_Field {
 public:
     Dial_Field(toolkit::Text_Box& box, toolkit::Control& apply) : box(box), apply(apply) {}
+    static automation::String Rule();
     void Changed();
 
 private:
@@ -60,6 +62,7 @@ private:
 class Label_Field {
 public:
     Label_Field(toolkit::Text_Box& box, toolkit::Control& apply) : box(box), apply(apply) {}
+    static automation::String Rule();
     void Changed();
 
 private:

@@ -49,6 +49,23 @@ struct Store_Upgrade_Command {
     std::optional<std::string> Store;
 };
 
+// store export: a partition as JSON Lines.
+struct Export_Command {
+    Common_Options Common;          // the store
+    Job Place;                      // configuration and partition
+    std::optional<std::string> Out; // a new file instead of standard output
+};
+
+// store apply: edited lines back into the store.
+struct Apply_Command {
+    Common_Options Common; // the store
+    Job Place;             // configuration and partition
+    std::string File;      // "-" is standard input
+    std::string Undo;      // the new file that undoes it
+    bool Dry_Run = false;
+    bool Restore = false; // puts back what is given without the dialog's rules
+};
+
 // register and unregister: modules by their absolute paths.
 struct Register_Command {
     std::vector<std::string> Modules;
@@ -72,9 +89,9 @@ struct Information {
     std::string Text;
 };
 
-using Command_Line =
-    std::variant<Edit_Command, Play_Command, Store_Init_Command, Store_History_Command, Store_Upgrade_Command,
-                 Register_Command, List_Command, Strings_Command, Information>;
+using Command_Line = std::variant<Edit_Command, Play_Command, Store_Init_Command, Export_Command,
+                                  Apply_Command, Store_History_Command, Store_Upgrade_Command,
+                                  Register_Command, List_Command, Strings_Command, Information>;
 
 // `arguments` without the program's name. Throws Usage_Error.
 Command_Line Parse_Command_Line(const std::vector<std::string>& arguments);

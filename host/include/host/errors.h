@@ -12,6 +12,7 @@ constexpr int OK = 0;
 constexpr int Shown_Failed = 1;
 constexpr int Class_Not_Found = 1; // of list
 constexpr int Strings_Wrong = 1;   // of strings check
+constexpr int Refused = 1;         // of store apply
 constexpr int Wrong_Usage = 2;
 constexpr int Cannot_Start = 3;
 } // namespace status

@@ -160,6 +160,10 @@ public:
 
     void User_Edit(String_View value, std::size_t position);
 
+    // What a text must be, said to a person; the designer's word, nothing is checked against it.
+    const String& Rule() const { return rule; }
+    void Set_Rule(String value) { rule = std::move(value); }
+
     Handler On_Change;
 
 protected:
@@ -168,6 +172,7 @@ protected:
 
 private:
     String text;
+    String rule;
     std::size_t caret = 0;
 };
 

@@ -1,0 +1,156 @@
+#include "dialog_answers.h"
+
+#include "automation/create.h"
+#include "automation/number.h"
+#include "automation/text.h"
+#include "host/errors.h"
+#include "host/script_display.h"
+#include "installed_display.h"
+#include "interfaces/product_components.h"
+
+namespace host {
+
+namespace {
+
+using automation::Variant;
+
+constexpr String_View Description = u"txtDescription";
+constexpr String_View Type_Frame = u"fraSupervised";
+constexpr String_View Threshold_List = u"cmbThreshold";
+constexpr String_View Option_Names[Supervised_Types] = {u"optBlind", u"optPartial", u"optFull",
+                                                        u"optDialContinue", u"optEnhanced"};
+
+// Puts the questions to a dialog that is up, one after the other, as long as it stays up.
+class Interview {
+public:
+    Interview(const std::set<Question>& questions, Dialog_Answers& answers)
+        : answers(answers), next(questions.begin()), end(questions.end()) {}
+
+    bool Is_Over() const { return next == end && has_begun; }
+
+    void Hold(toolkit::Form& form, toolkit::Hands& hands) {
+        has_begun = true;
+        for (std::size_t type = 0; type < Supervised_Types; ++type)
+            answers.Type_Captions[type] = form.Find(Option_Names[type])->Caption();
+        // Fields of a blind node cannot be entered.
+        (void)hands.Press(*form.Find(Option_Names[2]));
+        while (next != end && form.Is_Visible()) {
+            asking = &*next++;
+            const String refusal = Answer(form, hands);
+            if (form.Is_Visible())
+                Note(refusal);
+        }
+        if (form.Is_Visible())
+            (void)hands.Close(form);
+    }
+
+    // The dialog has closed over the last question.
+    void Failed(const Job_Outcome& outcome) {
+        if (!asking)
+            throw Start_Error("the editor does not open: " + automation::To_UTF8(outcome.Error_Description));
+        Note(u"the editor fails on it: " + outcome.Error_Description);
+    }
+
+private:
+    void Note(const String& refusal) {
+        if (!refusal.empty())
+            answers.Refusals[*asking] = refusal;
+        asking = nullptr;
+    }
+
+    String Answer(toolkit::Form& form, toolkit::Hands& hands) {
+        if (asking->Control == Type_Frame)
+            return Type_Answer();
+        if (asking->Control == Threshold_List)
+            return Threshold_Answer(dynamic_cast<const toolkit::List_Control&>(*form.Find(Threshold_List)));
+        auto& field = dynamic_cast<toolkit::Text_Control&>(*form.Find(asking->Control));
+        const String refusal = Field_Answer(form, hands, field);
+        return refusal.empty() && asking->Control == Description ? Label_Answer() : refusal;
+    }
+
+    String Type_Answer() const {
+        String types;
+        for (std::size_t type = 0; type < Supervised_Types; ++type) {
+            const String number = automation::Decimal_Text(static_cast<Long>(type));
+            if (asking->Text == number)
+                return {};
+            types += (type ? u", " : u"") + number + u" " + answers.Type_Captions[type];
+        }
+        return u"one of " + types;
+    }
+
+    String Threshold_Answer(const toolkit::List_Control& list) const {
+        String identifiers;
+        for (Long index = 0; index < list.Count(); ++index) {
+            const String identifier = automation::Decimal_Text(list.Item_Data(index));
+            if (asking->Text == identifier)
+                return {};
+            identifiers += (index ? u", " : u"") + identifier;
+        }
+        return u"one of the thresholds " + identifiers;
+    }
+
+    // As a person who pastes the text and goes on to another field.
+    String Field_Answer(toolkit::Form& form, toolkit::Hands& hands, toolkit::Text_Control& field) const {
+        const String before = field.Text();
+        if (const auto refusal = hands.Replace(field, 0, String::npos, asking->Text))
+            return *refusal;
+        if (!form.Is_Visible())
+            return {};
+        const String rule = field.Rule();
+        (void)hands.Focus(
+            *form.Find(asking->Control == Description ? String_View(u"txtTransfer") : Description));
+        if (!form.Is_Visible() || field.Text() == asking->Text)
+            return {};
+        return rule + (field.Text() == before ? u"" : u"; the field makes it \"" + field.Text() + u"\"");
+    }
+
+    String Label_Answer() const {
+        const auto checker = automation::Bind<interfaces::Label_Checker>(
+            automation::Create_Object(interfaces::Label_Checker::Class_Identity));
+        Automation_Boolean allowed = AUTOMATION_FALSE;
+        automation::Check(checker->Is_Label_Allowed(Variant(asking->Text), allowed));
+        if (!allowed)
+            return u"no double quotes and no consecutive single quotes";
+        Variant prepared;
+        automation::Check(checker->Prepare_Label(Variant(asking->Text), prepared));
+        answers.Labels[asking->Text] = prepared.To_Text();
+        return {};
+    }
+
+    Dialog_Answers& answers;
+    std::set<Question>::const_iterator next;
+    const std::set<Question>::const_iterator end;
+    const Question* asking = nullptr;
+    bool has_begun = false;
+};
+
+} // namespace
+
+Dialog_Answers Ask_Dialog(const Job& job, const std::set<Question>& questions) {
+    Dialog_Answers answers;
+    Interview interview(questions, answers);
+    Script_Display display;
+    display.Answer_To_Close();
+    const Installed_Display installed(display);
+    std::exception_ptr failure; // must not pass through the editor
+    display.On_Modal = [&](toolkit::Form& form, toolkit::Hands& hands) {
+        try {
+            interview.Hold(form, hands);
+        } catch (...) {
+            failure = std::current_exception();
+            (void)hands.Close(form);
+        }
+    };
+    while (!interview.Is_Over()) {
+        style_node::Editor editor;
+        const Job_Outcome outcome = Run_Job(editor, job);
+        if (failure)
+            std::rethrow_exception(failure);
+        if (!outcome.Shown)
+            interview.Failed(outcome);
+    }
+    return answers;
+}
+
+} // namespace host

@@ -1,0 +1,33 @@
+// What the dialog says to texts: its own fields, lists and options judge them, in a dialog that nobody sees.
+//
+// The store has to be open; nothing is saved. Everything comes on one thread.
+#pragma once
+
+#include <array>
+#include <map>
+#include <set>
+
+#include "host/job.h"
+
+namespace host {
+
+// A text that somebody wants in a control. A threshold is its identifier, a supervised type (fraSupervised)
+// its number.
+struct Question {
+    String Control;
+    String Text;
+    friend auto operator<=>(const Question&, const Question&) = default;
+};
+
+constexpr std::size_t Supervised_Types = 5;
+
+struct Dialog_Answers {
+    std::map<Question, String> Refusals; // the rule, for a person; what is not in it is accepted
+    std::map<String, String> Labels;     // accepted labels, as they are to be stored
+    std::array<String, Supervised_Types> Type_Captions;
+};
+
+// `job` opens the dialog on a node of the partition. Throws Start_Error when it does not open.
+Dialog_Answers Ask_Dialog(const Job& job, const std::set<Question>& questions);
+
+} // namespace host

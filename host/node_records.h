@@ -1,0 +1,96 @@
+// The records of a partition's STYLE nodes as the store holds them, and their JSON form.
+//
+// One JSON object is one node: "NodeNumber", the values of its record by the names that the product's
+// recordsets use, and an object under the name of each supervised type that it has a detail record of. A null
+// is null. Texts are UTF-16, JSON is UTF-8. Belongs to the thread that opened the store.
+#pragma once
+
+#include <array>
+#include <map>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "interfaces/store_records.h"
+
+namespace host {
+
+using automation::Integer;
+using automation::Long;
+using automation::String;
+using automation::String_View;
+
+using Stored = std::optional<String>; // nothing is null
+
+// A value of a record: its name, and the control of the dialog that edits it; none when it follows from
+// others.
+struct Value_Name {
+    const char* Name;
+    String_View Control;
+};
+
+namespace node_value { // places in a node's own record
+constexpr std::size_t Label = 0, Type = 1, Caption = 2, Entry_Label = 7, Entry_Changed = 8;
+}
+namespace detail_value {
+constexpr std::size_t Type = 0;
+}
+
+constexpr std::size_t Values_Of_A_Record = 9;
+constexpr std::size_t Record_Kinds = interfaces::Last_Detail_Record + 1;
+using Values = std::array<Stored, Values_Of_A_Record>;
+std::span<const Value_Name, Values_Of_A_Record> Value_Names(std::size_t kind);
+const char* Kind_Name(std::size_t kind); // "Partial"; "" for the node's own
+
+struct Node {
+    Long Number = 0;
+    std::array<std::optional<Values>, Record_Kinds> Records; // by kind; the node's own is always there
+
+    Values& Own() { return *Records[interfaces::Node_Record]; }
+    const Values& Own() const { return *Records[interfaces::Node_Record]; }
+    // 0 to 4; nothing when the stored text is no supervised type.
+    std::optional<std::size_t> Type() const;
+
+    friend bool operator==(const Node&, const Node&) = default;
+};
+
+using Nodes = std::map<Long, Node>;
+
+// The work on one partition's records. Its failures are automation::Failure; what was not kept is undone.
+class Partition_Work {
+public:
+    enum class Access { To_Read, To_Write };
+    Partition_Work(Integer config, Integer partition, Access access);
+    Nodes Read() const;
+    // Makes the node's records what `after` holds.
+    void Write(const Node& before, const Node& after) const;
+    void Keep();
+
+private:
+    automation::Reference<interfaces::Store_Records> records;
+};
+
+// `Plain` leaves out what follows from the rest and the time of the last change.
+enum class Completeness { Plain, Whole };
+std::string JSON_Of(const Node& node, Completeness completeness);
+
+// What a line asks for.
+struct Wanted_Record {
+    bool Removed = false; // the line holds null in the record's place
+    std::map<std::size_t, Stored> Given;
+};
+struct Wanted_Node {
+    Long Number = 0;
+    std::map<std::size_t, Wanted_Record> Records; // by kind
+};
+
+// Why a line is no node; says what to write instead.
+struct Line_Error : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+Wanted_Node Parse_Node(const std::string& line); // Line_Error
+
+std::string JSON_Text(const Stored& value);
+
+} // namespace host
