@@ -165,7 +165,7 @@ private:
             (void)Finished(true, Count(changed, "node") + " would change");
             return;
         }
-        work.Keep();
+        Keep(work);
         (void)Finished(true, Count(changed, "node") +
                                  " changed; to undo it: style-editor store apply --restore " + command.Undo);
     }
@@ -193,6 +193,14 @@ private:
             }
             progress.Step();
         }
+    }
+
+    // A server may have kept the changes before it went away.
+    void Keep(Partition_Work& work) const try { work.Keep(); } catch (const automation::Failure& failure) {
+        throw Start_Error(
+            automation::To_UTF8(failure.Description) +
+            "; look whether the nodes have changed, and undo it with style-editor store apply --restore " +
+            command.Undo + ", or remove that file");
     }
 
     const Apply_Command& command;

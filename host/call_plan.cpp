@@ -101,6 +101,14 @@ void Call_Plan::Add_Failure(const std::string& option) {
     failures.push_back({&operation, target.Which, failure});
 }
 
+void Call_Plan::Add_Exception(const std::string& option) {
+    const Target target = Parse_Target(option);
+    if (target.Effect)
+        throw Usage_Error("--throw " + option +
+                          ": an exception has no number and no description; use --fail");
+    exceptions.push_back({target.Named, target.Which, {}});
+}
+
 void Call_Plan::Add_Reply(const std::string& option) {
     const Target target = Parse_Target(option);
     if (target.Named->Does != Reads)
@@ -135,15 +143,19 @@ void Call_Plan::Print(const Operation& operation, std::initializer_list<const Va
 }
 
 Status Call_Plan::Call(String_View name, std::initializer_list<const Variant*> arguments, Variant* result,
-                       const std::function<Status()>& pass) noexcept {
+                       const std::function<Status()>& pass) {
     const Operation* named = Operation_Named(name);
     if (!named)
         return pass();
     Status status = automation::Status_OK;
+    const Foreign_Exception* exception = nullptr;
     const Status own = automation::Guard(named->Component, [&] {
         const Operation& operation = *named;
         ++calls[&operation];
         Print(operation, arguments);
+        exception = Find(exceptions, operation);
+        if (exception)
+            return;
         if (const Failure* failure = Find(failures, operation))
             status = Fail(*failure);
         else if (const String* reply = Find(replies, operation))
@@ -151,6 +163,8 @@ Status Call_Plan::Call(String_View name, std::initializer_list<const Variant*> a
         else
             status = pass();
     });
+    if (exception)
+        throw Foreign_Exception(*exception);
     return own < 0 ? own : status;
 }
 

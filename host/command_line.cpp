@@ -55,6 +55,8 @@ void Common_Options_Of(CLI::App& app, Common_Options& options) {
     app.add_flag("--trace", options.Trace, "Print every call on a data component");
     Repeatable_Option(app, "--fail", options.Failures, "OPERATION[@K][=NUMBER:DESCRIPTION]",
                       "Make the K-th or every call of an operation fail");
+    Repeatable_Option(app, "--throw", options.Exceptions, "OPERATION[@K]",
+                      "Make the K-th or every call of an operation throw what no component may");
     Repeatable_Option(app, "--reply", options.Replies, "OPERATION[@K]=FILE",
                       "Let a reading operation answer this file's text");
     Repeatable_Option(app, "--missing", options.Missing, "PROGID", "Make creating this component fail");

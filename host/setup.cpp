@@ -14,6 +14,8 @@ Setup::Setup(const Common_Options& options, Transcript& transcript) : options(op
         plan->Trace(transcript);
     for (const std::string& failure : options.Failures)
         plan->Add_Failure(failure);
+    for (const std::string& exception : options.Exceptions)
+        plan->Add_Exception(exception);
     for (const std::string& name : options.Missing)
         Require_Known_Class(name);
 }

@@ -32,18 +32,22 @@ class Call_Plan {
 public:
     // OPERATION[@K][=NUMBER:DESCRIPTION]. Throws Usage_Error.
     void Add_Failure(const std::string& option);
+    // OPERATION[@K]: the call throws what no component may. Throws Usage_Error.
+    void Add_Exception(const std::string& option);
     // OPERATION[@K]=FILE. Throws Usage_Error; Start_Error when the file cannot be read as UTF-8.
     void Add_Reply(const std::string& option);
     // Prints every call before it runs. The transcript outlives the plan.
     void Trace(Transcript& transcript) { trace = &transcript; }
 
-    bool Is_Idle() const { return trace == nullptr && failures.empty() && replies.empty(); }
+    bool Is_Idle() const {
+        return trace == nullptr && failures.empty() && exceptions.empty() && replies.empty();
+    }
 
     using Variant = automation::Variant;
-    // One call: printed, then failed, answered or passed on. Throws nothing; the answer is a status, with
-    // the failure in the thread's error object.
+    // One call: printed, then failed, answered or passed on. The answer is a status, with the failure in the
+    // thread's error object; only a planned exception is thrown.
     automation::Status Call(String_View operation, std::initializer_list<const Variant*> arguments,
-                            Variant* result, const std::function<automation::Status()>& pass) noexcept;
+                            Variant* result, const std::function<automation::Status()>& pass);
 
 private:
     template <typename Effect>
@@ -64,6 +68,8 @@ private:
 
     Transcript* trace = nullptr;
     std::vector<Planned<automation::Failure>> failures;
+    struct Foreign_Exception {};
+    std::vector<Planned<Foreign_Exception>> exceptions;
     std::vector<Planned<String>> replies;
     std::map<const Operation*, Long> calls;
 };

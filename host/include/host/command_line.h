@@ -18,7 +18,7 @@ struct Common_Options {
     std::optional<std::string> App_Data; // empty: the shell answers none
     std::optional<std::string> Registry;
     bool Trace = false;
-    std::vector<std::string> Failures, Replies, Missing;
+    std::vector<std::string> Failures, Exceptions, Replies, Missing;
 };
 
 struct Edit_Command {
