@@ -12,6 +12,7 @@
 #include "host/setup.h"
 #include "node_edit.h"
 #include "recordset/recordset.h"
+#include "store_choice.h"
 #include "text_file.h"
 
 namespace host {
@@ -221,7 +222,7 @@ auto With_Store(const Common_Options& options, const Streams& streams, Body&& bo
     try {
         return body();
     } catch (const automation::Failure& failure) {
-        throw Start_Error(automation::To_UTF8(failure.Reason.empty() ? failure.Description : failure.Reason));
+        Give_Up(failure);
     }
 }
 

@@ -22,13 +22,12 @@ Setup::Setup(const Common_Options& options, Transcript& transcript) : options(op
 
 Setup::~Setup() {
     Remove_Proxies();
-    Close_Store();
 }
 
 void Setup::Start() {
     Read_Files();
     Offer_Own_Modules();
-    Open_Store(options.Store);
+    store = std::make_unique<Open_Store>(options.Store);
     if (!plan->Is_Idle())
         Install_Proxies(plan);
     for (const std::string& name : options.Missing)

@@ -3,7 +3,6 @@
 #include "automation/create.h"
 #include "automation/text.h"
 #include "host/setup.h"
-#include "interfaces/store_keeper.h"
 #include "own_modules.h"
 
 namespace host {
@@ -19,9 +18,9 @@ Variant Store_Location(const std::optional<std::string>& name) {
     return name ? Variant(automation::From_UTF8_Replacing(*name)) : Variant();
 }
 
-void Open_Store(const std::optional<std::string>& name) {
+Open_Store::Open_Store(const std::optional<std::string>& name) {
     try {
-        const auto keeper = automation::Create_Bound<Store_Keeper>(Store_Keeper::Program_Identity);
+        keeper = automation::Create_Bound<Store_Keeper>(Store_Keeper::Program_Identity);
         automation::Check(keeper->Open(Store_Location(name)));
     } catch (const automation::Failure& failure) {
         if (name || failure.Number != automation::run_time::Cannot_Create_Object)
@@ -29,14 +28,10 @@ void Open_Store(const std::optional<std::string>& name) {
     }
 }
 
-void Close_Store() noexcept {
-    try {
-        Automation_Boolean closed = AUTOMATION_FALSE;
-        const auto keeper = automation::Create_Bound<Store_Keeper>(Store_Keeper::Program_Identity);
-        automation::Check(keeper->Close(closed));
-    } catch (const automation::Failure&) {
-        // There are no stand-ins.
-    }
+Open_Store::~Open_Store() {
+    Automation_Boolean closed = AUTOMATION_FALSE;
+    if (keeper && keeper->Close(closed) < 0)
+        automation::Take_Error(); // there is nothing that a program at its end could do
 }
 
 std::string Create_Store(const Store_Init_Command& command) {

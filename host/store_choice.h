@@ -5,14 +5,22 @@
 #include <string>
 
 #include "automation/variant.h"
+#include "interfaces/store_keeper.h"
 
 namespace host {
 
-// Lets the stand-ins of the product's components work on the store of that name, or on the user's own. Does
-// nothing without stand-ins when no name is given: the product's own components know their store. Throws
-// Start_Error.
-void Open_Store(const std::optional<std::string>& name);
-void Close_Store() noexcept;
+// While it lives, the stand-ins of the product's components work on the store of that name, or on the user's
+// own. Does nothing without stand-ins when no name is given: the product's own components know their store.
+class Open_Store {
+public:
+    explicit Open_Store(const std::optional<std::string>& name); // throws Start_Error
+    ~Open_Store();
+    Open_Store(const Open_Store&) = delete;
+    Open_Store& operator=(const Open_Store&) = delete;
+
+private:
+    automation::Reference<interfaces::Store_Keeper> keeper; // kept: nothing has to be made to close the store
+};
 
 // The name as the keeper of the store takes it.
 automation::Variant Store_Location(const std::optional<std::string>& name);

@@ -11,6 +11,8 @@
 
 namespace host {
 
+class Open_Store;
+
 class Setup {
 public:
     // Checks what can be told without files and stores. Throws Usage_Error.
@@ -27,6 +29,7 @@ private:
     void Read_Files();
 
     const Common_Options& options;
+    std::unique_ptr<Open_Store> store;
     std::shared_ptr<Call_Plan> plan = std::make_shared<Call_Plan>();
 };
 
