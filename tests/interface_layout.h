@@ -4,6 +4,7 @@
 #include "interfaces/product_components.h"
 #include "interfaces/store_history.h"
 #include "interfaces/store_keeper.h"
+#include "interfaces/store_records.h"
 #include "style_node/busyness_rules.h"
 
 struct Named_Identity {

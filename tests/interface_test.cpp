@@ -144,6 +144,7 @@ TEST_F(Interfaces, Have_The_Same_Identities_In_C_And_CPP) {
                                       &style_node::_Busyness_Rules::Interface_Identity,
                                       &Store_Keeper::Interface_Identity,
                                       &Store_History::Interface_Identity,
+                                      &Store_Records::Interface_Identity,
                                       &SR::Interface_Identity,
                                       &NODES::Interface_Identity,
                                       &DETAIL::Interface_Identity,
