@@ -1,6 +1,9 @@
 #include "combo_view.h"
 
+#include <QCompleter>
+#include <QCoreApplication>
 #include <QMouseEvent>
+#include <QPointer>
 #include <QScrollBar>
 #include <QStyleOptionComboBox>
 #include <QStylePainter>
@@ -20,6 +23,22 @@ public:
     Combo(QWidget* parent, const Entry_Model& entries) : QComboBox(parent), entries(entries) {}
 
     void Set_Field_Font(const QFont& font) { field_font = font; }
+
+    // Makes the combo box editable. It would give the line a completer of the entries, which takes longer
+    // than all the rest, if that had none.
+    void Add_Line() {
+        static QPointer<QCompleter> any;
+        if (!any)
+            any = new QCompleter(QCoreApplication::instance());
+        auto* const line = new QLineEdit(this);
+        line->setCompleter(any);
+        setLineEdit(line);
+        line->setCompleter(nullptr);
+    }
+
+    // Whoever asks would have all entries measured.
+    QSize sizeHint() const override { return size(); }
+    QSize minimumSizeHint() const override { return size(); }
 
     void showPopup() override {
         constexpr int Widest = 400;
@@ -48,14 +67,14 @@ private:
 Combo_View::Combo_View(toolkit::Combo_Box& combo, QWidget* parent, Input& input)
     : Control_View(combo, new Combo(parent, entries), input), combo(combo),
       shown(static_cast<Combo&>(Widget())), entries(combo, input) {
-    shown.setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    shown.setEditable(combo.Is_Editable());
-    shown.setInsertPolicy(QComboBox::NoInsert);
+    // The list is made at the first thing that wants it, which is the style; it is given everything once.
+    shown.setModel(&entries);
+    shown.setStyle(parent->window()->style());
     // Qt lays the list out at every change of the font, hidden or not.
     static_cast<QListView*>(shown.view())->setUniformItemSizes(true);
-    shown.setModel(&entries);
+    shown.setInsertPolicy(QComboBox::NoInsert);
     if (combo.Is_Editable()) {
-        shown.setCompleter(nullptr);
+        shown.Add_Line();
         // On leaving the field Qt would pick the entry that equals the text.
         QObject::disconnect(shown.lineEdit(), &QLineEdit::editingFinished, &shown, nullptr);
         editing.emplace(combo, *shown.lineEdit(), *this, input);

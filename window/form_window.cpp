@@ -94,6 +94,7 @@ private:
 Form_Window::Form_Window(toolkit::Form& form, Runner& runner)
     : form(&form), runner(runner), style(std::make_unique<Form_Style>()),
       dialog(std::make_unique<Form_Dialog>(*this)) {
+    dialog->setStyle(style.get());
     dialog->setWindowIcon(Icon_Of(form));
     dialog->setLayoutDirection(Qt::LeftToRight); // the string table says where everything is
     dialog->setPalette(Readable(QApplication::palette()));
@@ -120,7 +121,8 @@ void Form_Window::Create_Views() {
     for (Control* control : form->Controls())
         View_In(*control).Widget().raise();
     for (QWidget* widget : dialog->findChildren<QWidget*>())
-        widget->setStyle(style.get());
+        if (widget->style() != style.get())
+            widget->setStyle(style.get());
 }
 
 Control_View& Form_Window::View_In(Control& control) {

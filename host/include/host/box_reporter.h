@@ -8,7 +8,7 @@
 
 namespace host {
 
-class Box_Reporter final : public toolkit::Display {
+class Box_Reporter : public toolkit::Display {
 public:
     Box_Reporter(Display& inner, Transcript& transcript) : inner(inner), transcript(transcript) {}
 
