@@ -1,12 +1,14 @@
 // Runs the built program in a folder of its own, for tests that look at it from outside.
 #pragma once
 
+#include <csignal>
 #include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdlib>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 #include "temporary_folder.h"
@@ -50,20 +52,52 @@ inline void Redirect(int descriptor, const std::string& path, int flags) {
 
 } // namespace detail
 
-// `home` is the program's home folder: its own store comes to lie there, empty at first. There is no screen.
-inline Outcome Run(const std::string& program, std::vector<std::string> arguments,
+// A program that runs; it is ended with this object at the latest. `home` is its home folder: its own store
+// comes to lie there, empty at first. There is no screen.
+class Program {
+public:
+    Program(const std::string& program, std::vector<std::string> arguments, const Temporary_Folder& home,
+            const std::string& working_folder, const std::string& input = {})
+        : home(home) {
+        arguments.insert(arguments.begin(), program);
+        Write_File(home / "in", input);
+        Write_File(home / "out", {}); // who looks before the program has written finds nothing in it
+        child = fork();
+        if (child == 0)
+            detail::Become(arguments, home, working_folder);
+        if (child < 0)
+            throw std::runtime_error("the program cannot be run");
+    }
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+    ~Program() {
+        if (child > 0 && kill(child, SIGKILL) == 0)
+            waitpid(child, nullptr, 0);
+    }
+
+    Outcome End() {
+        int status = 0;
+        if (waitpid(std::exchange(child, 0), &status, 0) < 0)
+            throw std::runtime_error("the program has gone");
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status), Bytes_Of_File(home / "out"),
+                Bytes_Of_File(home / "errors")};
+    }
+    void Ask_To_End() const { kill(child, SIGTERM); }
+    bool Has_Ended() const {
+        siginfo_t about{};
+        return waitid(P_PID, static_cast<id_t>(child), &about, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+               about.si_pid == child;
+    }
+
+private:
+    const Temporary_Folder& home;
+    pid_t child = 0;
+};
+
+inline Outcome Run(const std::string& program, const std::vector<std::string>& arguments,
                    const Temporary_Folder& home, const std::string& working_folder,
                    const std::string& input = {}) {
-    arguments.insert(arguments.begin(), program);
-    Write_File(home / "in", input);
-    const pid_t child = fork();
-    if (child == 0)
-        detail::Become(arguments, home, working_folder);
-    int status = 0;
-    if (child < 0 || waitpid(child, &status, 0) != child)
-        throw std::runtime_error("the program cannot be run");
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status), Bytes_Of_File(home / "out"),
-            Bytes_Of_File(home / "errors")};
+    return Program(program, arguments, home, working_folder, input).End();
 }
 
 } // namespace program_run
