@@ -130,6 +130,10 @@ struct Parser {
                     "Draw the dialog as the script last left it into this PNG file");
         Playing->add_flag("--window", Play.Window,
                           "On the real window, by synthesised key strokes and mouse clicks");
+        Playing
+            ->add_flag("--terminal", Play.Terminal,
+                       "On the dialog of a text terminal, by the keys that it sends")
+            ->excludes("--window");
     }
 
     void Add_Strings() {

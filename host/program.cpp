@@ -79,9 +79,13 @@ Place Open_Place(bool in_terminal) try {
     throw Not_Started(failure);
 }
 
-std::unique_ptr<toolkit::Display> Open_Window(toolkit::Player& player) try {
+// Null for the bare controls.
+std::unique_ptr<toolkit::Display> Open_Played(const Play_Command& command, toolkit::Player& player) try {
+    if (!command.Window && !command.Terminal)
+        return nullptr;
     Offer_Own_Modules();
-    return toolkit::Open_Played_Display(player);
+    return toolkit::Open_Played_Display(player, command.Window ? toolkit::Window_Identity
+                                                               : toolkit::Terminal_Identity);
 } catch (const automation::Failure& failure) {
     throw Not_Started(failure);
 }
@@ -91,9 +95,9 @@ int Run(const Play_Command& command, const Streams& streams) {
     Transcript transcript(streams.Out);
     Setup setup(command.Common, transcript);
     Script_Display script_display;
-    const auto window = command.Window ? Open_Window(script_display) : nullptr;
+    const auto played = Open_Played(command, script_display);
     setup.Start();
-    Box_Reporter display(window ? *window : script_display, transcript);
+    Box_Reporter display(played ? *played : script_display, transcript);
     const Installed_Display installed(display);
     Script_Player player(script_display, transcript);
     std::optional<Painter> painter;

@@ -1,6 +1,7 @@
 #include "form_keys.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "pop_up_list.h"
 #include "toolkit/user_input.h"
@@ -25,6 +26,7 @@ void Form_Keys::Press(const Key& key) {
         return;
     const auto keep = form->shared_from_this();
     view.Set_Notice({});
+    selected_before = std::exchange(selected, nullptr);
     try {
         Press_In_Form(*form, key);
     } catch (const toolkit::Form_Gone&) {
@@ -119,13 +121,13 @@ bool Form_Keys::Edit(toolkit::Text_Control& field, const Key& key) {
     case Key::Name::End:
         field.Set_Selection_Start(text.size());
         return true;
+    case Key::Name::Select_All:
+        selected = &field;
+        view.Set_Notice(u"The next key or paste replaces the text");
+        return true;
     case Key::Name::Backspace:
-        user_input::Backspace(field);
-        return caret > 0;
     case Key::Name::Delete:
-        if (caret < text.size())
-            user_input::Replace(field, caret, Cluster_Behind(text, caret) - caret, {});
-        return caret < text.size();
+        return Delete(field, key.Which == Key::Name::Backspace);
     case Key::Name::Character:
     case Key::Name::Paste:
         Insert(field, key);
@@ -135,9 +137,26 @@ bool Form_Keys::Edit(toolkit::Text_Control& field, const Key& key) {
     }
 }
 
+bool Form_Keys::Delete(toolkit::Text_Control& field, bool back) {
+    const std::size_t size = field.Text().size();
+    const std::size_t caret = field.Selection_Start();
+    const bool all = selected_before == &field;
+    if (size == 0 || (!all && caret == (back ? 0 : size)))
+        return false;
+    if (all)
+        user_input::Replace(field, 0, String::npos, {});
+    else if (back)
+        user_input::Backspace(field);
+    else
+        user_input::Replace(field, caret, Cluster_Behind(field.Text(), caret) - caret, {});
+    return true;
+}
+
 void Form_Keys::Insert(toolkit::Text_Control& field, const Key& key) {
     const String before = field.Text();
-    if (key.Which == Key::Name::Character)
+    if (selected_before == &field)
+        user_input::Replace(field, 0, String::npos, key.Text);
+    else if (key.Which == Key::Name::Character)
         user_input::Type(field, key.Text);
     else
         user_input::Replace(field, field.Selection_Start(), 0, key.Text);

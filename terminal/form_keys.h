@@ -21,6 +21,7 @@ private:
     void Press_Access_Key(toolkit::Form& form, String_View letter);
     bool Press_In(toolkit::Control& control, const Key& key);
     bool Edit(toolkit::Text_Control& field, const Key& key);
+    bool Delete(toolkit::Text_Control& field, bool back);
     void Insert(toolkit::Text_Control& field, const Key& key);
     bool Press_In_List(toolkit::List_Control& list, const Key& key);
     bool Press_On_Option(toolkit::Option_Button& option, const Key& key);
@@ -30,6 +31,8 @@ private:
 
     Screen& screen;
     Form_View& view;
+    const toolkit::Control* selected = nullptr; // the next key replaces its whole text
+    const toolkit::Control* selected_before = nullptr;
     String typed; // to find an entry of a list box
     std::chrono::steady_clock::time_point typed_at;
 };

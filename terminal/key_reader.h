@@ -28,6 +28,7 @@ struct Key {
         Page_Down,
         Backspace,
         Delete,
+        Select_All,
         Open_List,
         Close,
         Interrupt,

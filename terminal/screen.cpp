@@ -23,14 +23,14 @@ std::shared_ptr<void> The_Only_Place() {
     return {&taken, [](std::atomic<bool>* place) { *place = false; }};
 }
 
-// The environment's; what it leaves open is UTF-8.
-locale_t Chosen_Locale() {
-    bool is_set = false;
+// Of that name, empty for the environment's; what that leaves open is UTF-8.
+locale_t Chosen_Locale(const char* wanted) {
+    bool is_set = *wanted != '\0';
     for (const char* name : {"LC_ALL", "LC_CTYPE", "LANG"}) {
         const char* const value = std::getenv(name);
         is_set = is_set || (value && *value != '\0');
     }
-    locale_t chosen = is_set ? ::newlocale(LC_CTYPE_MASK, "", nullptr) : nullptr;
+    locale_t chosen = is_set ? ::newlocale(LC_CTYPE_MASK, wanted, nullptr) : nullptr;
     if (!chosen)
         chosen = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
     return chosen ? chosen : ::newlocale(LC_CTYPE_MASK, "C", nullptr);
@@ -42,11 +42,11 @@ bool Colours_Wanted() {
 }
 
 // Most terminals of today tell a paste from typing when asked to; the others do not mind.
-void Ask_For_Marked_Pastes(bool wanted) {
+void Ask_For_Marked_Pastes(std::FILE* out, bool wanted) {
     const char* const request = wanted ? "\033[?2004h" : "\033[?2004l";
     const char* const move = ::tigetstr("cup");
     if (move && std::strncmp(move, "\033[", 2) == 0 &&
-        ::write(STDOUT_FILENO, request, std::strlen(request)) < 0) {
+        ::write(::fileno(out), request, std::strlen(request)) < 0) {
     }
 }
 
@@ -78,8 +78,10 @@ void Select_Look(Look look, bool colours, attr_t more = A_NORMAL) {
 
 } // namespace
 
-Screen::Screen() : claim(The_Only_Place()), locale(Chosen_Locale()), former_locale(::uselocale(locale)) {
-    terminal = ::newterm(nullptr, stdout, stdin);
+Screen::Screen(Device& device)
+    : device(device), claim(The_Only_Place()), locale(Chosen_Locale(device.Locale)),
+      former_locale(::uselocale(locale)) {
+    terminal = ::newterm(device.Type, device.Out, device.In);
     if (terminal) {
         Take_Terminal();
         return;
@@ -101,13 +103,13 @@ void Screen::Take_Terminal() {
     if (!std::getenv("ESCDELAY"))
         ::set_escdelay(50);
     Key_Reader::Learn_Sequences();
-    Ask_For_Marked_Pastes(true);
+    Ask_For_Marked_Pastes(device.Out, true);
     Set_Colours();
     Fit();
 }
 
 Screen::~Screen() {
-    Ask_For_Marked_Pastes(false);
+    Ask_For_Marked_Pastes(device.Out, false);
     ::endwin();
     ::set_term(former_terminal);
     ::delscreen(terminal);
@@ -136,7 +138,7 @@ int Screen::Columns() const {
 
 void Screen::Fit() {
     winsize size{};
-    if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_row > 0 && size.ws_col > 0)
+    if (::ioctl(::fileno(device.Out), TIOCGWINSZ, &size) == 0 && size.ws_row > 0 && size.ws_col > 0)
         ::resizeterm(size.ws_row, size.ws_col);
     ::clearok(curscr, true); // the terminal has moved what it showed
 }
@@ -145,7 +147,7 @@ void Screen::Fit() {
 void Screen::Resume() {
     ::reset_prog_mode();
     ::keypad(stdscr, true);
-    Ask_For_Marked_Pastes(true);
+    Ask_For_Marked_Pastes(device.Out, true);
     ::clearok(curscr, true);
 }
 
@@ -162,10 +164,13 @@ void Screen::Show() {
     if (cursor)
         ::wmove(stdscr, cursor->first, cursor->second);
     ::wrefresh(stdscr);
+    device.Shown();
 }
 
 void Screen::Serve_Signals(bool wait) {
-    signals.Look(wait);
+    if (wait)
+        device.Input_Is_Awaited();
+    signals.Look(::fileno(device.In), wait);
     if (Terminal_Signals::Take(SIGCONT))
         Resume();
     if (Terminal_Signals::Take(SIGWINCH))

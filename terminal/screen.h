@@ -5,6 +5,7 @@
 // one in a process at a time.
 #pragma once
 
+#include <cstdio>
 #include <locale.h>
 #include <memory>
 #include <optional>
@@ -17,6 +18,23 @@
 struct screen; // ncurses' own
 
 namespace terminal {
+
+// What a dialog is shown on; these are the process's own terminal and the environment's settings.
+class Device {
+public:
+    Device() = default;
+    virtual ~Device() = default;
+    Device(const Device&) = delete;
+    Device& operator=(const Device&) = delete;
+
+    std::FILE* In = stdin;
+    std::FILE* Out = stdout;
+    const char* Type = nullptr; // TERM
+    const char* Locale = "";
+
+    virtual void Shown() {}
+    virtual void Input_Is_Awaited() {}
+};
 
 // How a text looks, with colours or without.
 enum class Look { Plain, Border, Title, Field, Focused, Disabled, Default, Hint, Notice };
@@ -36,8 +54,8 @@ public:
 
 class Screen {
 public:
-    // Throws Cannot_Show.
-    Screen();
+    // Throws Cannot_Show. The device outlives it.
+    explicit Screen(Device& device);
     ~Screen();
     Screen(const Screen&) = delete;
     Screen& operator=(const Screen&) = delete;
@@ -82,6 +100,7 @@ private:
     void Serve_Signals(bool wait);
     bool Is_In_View(int row, int column, int columns) const;
 
+    Device& device;
     const std::shared_ptr<void> claim; // the only one in the process
     Terminal_Signals signals;
     locale_t locale;

@@ -6,19 +6,29 @@
 
 namespace {
 
-class Source final : public automation::Object<toolkit::Display_Source> {
+// A Display outlives its source, and its code has to.
+void Stay_Loaded() {
+    static const automation::Keep_Module to_the_end;
+}
+
+class Source final : public automation::Object<toolkit::Display_Source, toolkit::Played_Display_Source> {
 public:
     automation::Status Open_Display(toolkit::Display*& display) override {
         return automation::Guard(toolkit::Terminal_Identity, [&] {
-            // A Display outlives its source, and its code has to.
-            static const automation::Keep_Module to_the_end;
+            Stay_Loaded();
             display = terminal::Create_Terminal_Display().release();
+        });
+    }
+    automation::Status Open_Played_Display(toolkit::Display*& display, toolkit::Player& player) override {
+        return automation::Guard(toolkit::Terminal_Identity, [&] {
+            Stay_Loaded();
+            display = terminal::Create_Played_Terminal_Display(player).release();
         });
     }
 };
 
 automation::Reference<automation::Unknown> Create_Source() {
-    return automation::Make_Object<Source>();
+    return automation::Reference<toolkit::Display_Source>(automation::Make_Object<Source>());
 }
 
 const automation::Server_Class Classes[] = {

@@ -6,6 +6,7 @@
 
 #include "form_keys.h"
 #include "message_box.h"
+#include "typed_hands.h"
 
 namespace terminal {
 
@@ -17,6 +18,14 @@ namespace {
 
 class Terminal_Display final : public toolkit::Display {
 public:
+    // `player`: takes a person's place; null for none.
+    explicit Terminal_Display(toolkit::Player* player) : player(player) {
+        if (player)
+            played.emplace();
+        else
+            Check_Terminal();
+    }
+
     toolkit::Size Screen_Size() const override;
 
     // A view looks at its form whenever it is shown, and input shows it after each key.
@@ -38,6 +47,11 @@ private:
     std::shared_ptr<Screen> Open();
     void Take_Input(Screen& screen, Form_View& view);
 
+    Device& Used() { return played ? static_cast<Device&>(*played) : own; }
+
+    toolkit::Player* const player;
+    Device own;
+    std::optional<Played_Device> played;
     const std::thread::id owner = std::this_thread::get_id();
     std::weak_ptr<Screen> shown_on; // while the outermost dialog or box is up
     std::vector<Form_View*> running;
@@ -47,7 +61,8 @@ toolkit::Size Terminal_Display::Screen_Size() const {
     constexpr toolkit::Twips Cell_Width = 120;
     constexpr toolkit::Twips Cell_Height = 240;
     winsize size{};
-    if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_row == 0 || size.ws_col == 0)
+    const int out = ::fileno(played ? played->Out : own.Out);
+    if (::ioctl(out, TIOCGWINSZ, &size) != 0 || size.ws_row == 0 || size.ws_col == 0)
         size = {24, 80, 0, 0};
     return {size.ws_col * Cell_Width, size.ws_row * Cell_Height};
 }
@@ -63,8 +78,9 @@ std::shared_ptr<Screen> Terminal_Display::Open() {
         throw Cannot_Show("The terminal belongs to another thread; open the dialog on that thread");
     auto screen = shown_on.lock();
     if (!screen) {
-        Check_Terminal();
-        screen = std::make_shared<Screen>();
+        if (!played)
+            Check_Terminal();
+        screen = std::make_shared<Screen>(Used());
         shown_on = screen;
     }
     return screen;
@@ -79,7 +95,10 @@ void Terminal_Display::Run_Modal(toolkit::Form& form) try {
         ~Running() { Views.pop_back(); }
     } guard{running};
     running.push_back(&view);
-    Take_Input(*screen, view);
+    if (!player)
+        return Take_Input(*screen, view);
+    Typed_Hands hands(*screen, *played, view);
+    player->Play(form, hands);
 } catch (const Cannot_Show& error) {
     Fail(automation::From_UTF8(error.what()).value_or(String()));
 }
@@ -95,7 +114,12 @@ void Terminal_Display::Take_Input(Screen& screen, Form_View& view) {
 }
 
 automation::Long Terminal_Display::Show_Message(const toolkit::Message& message) try {
+    const auto answer = player ? std::optional(player->Answer(message)) : std::nullopt;
+    if (answer && !message.Has_Button(*answer))
+        return *answer;
     const auto screen = Open();
+    if (answer)
+        played->Add_First(Key_Of_Answer(*answer));
     return Ask(*screen, message);
 } catch (const Cannot_Show&) {
     return toolkit::answer::Not_Shown;
@@ -104,8 +128,11 @@ automation::Long Terminal_Display::Show_Message(const toolkit::Message& message)
 } // namespace
 
 std::unique_ptr<toolkit::Display> Create_Terminal_Display() {
-    Check_Terminal();
-    return std::make_unique<Terminal_Display>();
+    return std::make_unique<Terminal_Display>(nullptr);
+}
+
+std::unique_ptr<toolkit::Display> Create_Played_Terminal_Display(toolkit::Player& player) {
+    return std::make_unique<Terminal_Display>(&player);
 }
 
 } // namespace terminal

@@ -54,10 +54,10 @@ bool Terminal_Signals::Take(int signal) {
     return has_arrived;
 }
 
-void Terminal_Signals::Look(bool wait) {
-    pollfd watched[] = {{STDIN_FILENO, POLLIN, 0}, {pipe_ends[0], POLLIN, 0}};
+void Terminal_Signals::Look(int input, bool wait) {
+    pollfd watched[] = {{input, POLLIN, 0}, {pipe_ends[0], POLLIN, 0}};
     if (::poll(watched, 2, wait ? -1 : 0) > 0)
-        Check_Input(watched[0].revents);
+        Check_Input(input, watched[0].revents);
     for (char bytes[16]; ::read(pipe_ends[0], bytes, sizeof bytes) > 0;) {
     }
     if (Take(SIGHUP))
@@ -67,10 +67,10 @@ void Terminal_Signals::Look(bool wait) {
 }
 
 // Input that has nothing to read is the end of it.
-void Terminal_Signals::Check_Input(short events) {
+void Terminal_Signals::Check_Input(int input, short events) {
     int waiting = 0;
     const bool readable = (events & POLLIN) != 0;
-    const bool at_end = readable && (::ioctl(STDIN_FILENO, FIONREAD, &waiting) != 0 || waiting == 0);
+    const bool at_end = readable && (::ioctl(input, FIONREAD, &waiting) != 0 || waiting == 0);
     if (at_end || (events & (POLLHUP | POLLERR | POLLNVAL)) != 0)
         ending = u"The terminal was closed while the dialog was up";
 }

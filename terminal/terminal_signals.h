@@ -18,7 +18,7 @@ public:
     Terminal_Signals& operator=(const Terminal_Signals&) = delete;
 
     // Waits until there is input, a hang-up or a signal; or only looks.
-    void Look(bool wait);
+    void Look(int input, bool wait);
 
     // Whether it has arrived since the last time it was asked for.
     static bool Take(int signal);
@@ -26,7 +26,7 @@ public:
     const char16_t* Ending() const { return ending; }
 
 private:
-    void Check_Input(short events);
+    void Check_Input(int input, short events);
 
     int pipe_ends[2];
     std::array<struct sigaction, Handled.size()> former;

@@ -179,7 +179,7 @@ TEST(Command_Line, Keeps_Its_Defaults) {
 TEST(Command_Line, Rejects_What_It_Does_Not_Know) {
     const std::string lines =
         "|paly x|edit x|edit --node|edit --node x|edit --node 0x1|edit --node 32768|edit --config -32769|"
-        "edit --window|edit play x|play|play x y|play x --node 1|play x --fail|"
+        "edit --window|play x --window --terminal|edit play x|play|play x y|play x --node 1|play x --fail|"
         "play --fail A B x|play x --bogus|store|store drop|store init --nodes -1|store init --nodes 32767|"
         "store init --trace|store history --node 32768|store history x|store upgrade --nodes 1";
     for (const std::string& line : Cells(lines)) {

@@ -1,4 +1,4 @@
-// Scripts on the real widgets: what they print is what the bare controls print.
+// Scripts on the real widgets and in a text terminal: what they print is what the bare controls print.
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
@@ -12,14 +12,15 @@ using nlohmann::json;
 using program_run::Outcome;
 using namespace script_files;
 
-// Offscreen; what Qt itself says about that is left out of the errors.
-Outcome Play(const std::string& file, std::vector<std::string> options, bool in_window,
+// `place`: an option; none for the bare controls. Offscreen; what Qt itself says about that is left out of
+// the errors.
+Outcome Play(const std::string& file, std::vector<std::string> options, const std::string& place = {},
              const std::string& input = {}) {
     const Temporary_Folder home;
     options.insert(options.begin(),
                    {"QT_QPA_PLATFORM=offscreen", STYLE_EDITOR, "play", file, "--appdata", home / "appdata"});
-    if (in_window)
-        options.push_back("--window");
+    if (!place.empty())
+        options.push_back(place);
     Outcome outcome = program_run::Run("/usr/bin/env", options, home, Scripts, input);
     std::string errors;
     for (const std::string& line : Lines(outcome.Errors))
@@ -59,18 +60,24 @@ void Expect_Equal(const Outcome& bare, const Outcome& window) {
     }
 }
 
-class In_Window : public testing::TestWithParam<std::string> {};
+constexpr const char* Places[] = {"--window", "--terminal"};
 
-TEST_P(In_Window, Prints_What_The_Bare_Controls_Print) {
+class Displayed : public testing::TestWithParam<std::string> {};
+
+TEST_P(Displayed, Prints_What_The_Bare_Controls_Print) {
     const std::string file = GetParam() + ".script";
     const auto options = Words(Directive(Bytes_Of_File(Scripts + "/" + file), "options"));
-    Expect_Equal(Play(file, options, false), Play(file, options, true));
+    const Outcome bare = Play(file, options);
+    for (const char* place : Places) {
+        SCOPED_TRACE(place);
+        Expect_Equal(bare, Play(file, options, place));
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(Script, In_Window, testing::ValuesIn(Script_Names()),
+INSTANTIATE_TEST_SUITE_P(Script, Displayed, testing::ValuesIn(Script_Names()),
                          [](const auto& script) { return script.param; });
 
-TEST(Window_Player, Does_What_The_Bare_Controls_Do) {
+TEST(Displayed_Player, Does_What_The_Bare_Controls_Do) {
     const std::string jobs[] = {
         // keys, some of them refused, and texts that no key gives
         "type txtDescription \"a\\tb\\u00e9\\uD83D\\uDE00\\nz\"\nshow\nbackspace txtDescription 3\nshow\n"
@@ -93,8 +100,11 @@ TEST(Window_Player, Does_What_The_Bare_Controls_Do) {
     };
     for (const std::string& job : jobs) {
         const std::string script = "shown 1 1 12\nshow\n" + job + "shown 1 2 7\nshow form\n";
-        SCOPED_TRACE(script);
-        Expect_Equal(Play("-", {"--trace"}, false, script), Play("-", {"--trace"}, true, script));
+        const Outcome bare = Play("-", {"--trace"}, {}, script);
+        for (const char* place : Places) {
+            SCOPED_TRACE(place + ("\n" + script));
+            Expect_Equal(bare, Play("-", {"--trace"}, place, script));
+        }
     }
 }
 

@@ -172,7 +172,7 @@ automation::Long Bridged_Display::Show_Message(const toolkit::Message& message) 
     std::optional<automation::Long> played;
     if (player)
         played = player->Answer(message);
-    if (played && !Has_Button(message, *played))
+    if (played && !message.Has_Button(*played))
         return *played;
     bool answered = false;
     const auto answer_with = [&](automation::Long given) {

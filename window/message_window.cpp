@@ -58,11 +58,6 @@ QMessageBox* Create_Box(const toolkit::Message& message, QWidget* over) {
 
 } // namespace
 
-bool Has_Button(const toolkit::Message& message, automation::Long answer) {
-    namespace answers = toolkit::answer;
-    return message.Asks() ? answer >= answers::Save && answer <= answers::Cancel : answer == answers::OK;
-}
-
 QWidget& Button_Of(const QMessageBox& box, automation::Long answer) {
     switch (answer) {
     case toolkit::answer::Save:

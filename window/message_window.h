@@ -17,8 +17,7 @@ automation::Long Ask(const toolkit::Message& message, QWidget* over);
 QMessageBox& Put(const toolkit::Message& message, QWidget* over,
                  const std::function<void(automation::Long)>& answered);
 
-// Whether one of the message's buttons gives this answer; the button that does.
-bool Has_Button(const toolkit::Message& message, automation::Long answer);
+// The button that gives this answer.
 QWidget& Button_Of(const QMessageBox& box, automation::Long answer);
 
 } // namespace window

@@ -82,8 +82,8 @@ std::unique_ptr<Display> Open_Display(String_View program_identity) {
     return std::unique_ptr<Display>(display);
 }
 
-std::unique_ptr<Display> Open_Played_Display(Player& player) {
-    const auto source = automation::Create_Bound<Played_Display_Source>(Window_Identity);
+std::unique_ptr<Display> Open_Played_Display(Player& player, String_View program_identity) {
+    const auto source = automation::Create_Bound<Played_Display_Source>(program_identity);
     Display* display = nullptr;
     automation::Check(source->Open_Played_Display(display, player));
     return std::unique_ptr<Display>(display);

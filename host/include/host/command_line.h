@@ -32,6 +32,7 @@ struct Play_Command {
     std::string Script;                 // "-" is standard input
     std::optional<std::string> Picture; // file for a picture of the dialog as the script last left it
     bool Window = false;                // on real widgets instead of the bare controls
+    bool Terminal = false;              // in a text terminal instead
 };
 
 struct Store_Init_Command {

@@ -5,9 +5,9 @@
 //   80 x 24 cells. What does not fit scrolls to the control that has the focus.
 // - A person's keys go through toolkit/user_input.h, so that they are the same events as in a window:
 //   Tab and Shift-Tab, Space, Enter (default button), Esc (cancel button), arrows, Home, End, Delete,
-//   Backspace, Alt-Down or F4 for a combo box's list, Alt with a letter for a caption's access key, Ctrl-Q
-//   for the close box, Ctrl-L to repaint. Ctrl-C does nothing but say how to leave. A pasted text is one
-//   edit.
+//   Backspace, Ctrl-A for a key or a paste that replaces a field's text, Alt-Down or F4 for a combo box's
+//   list, Alt with a letter for a caption's access key, Ctrl-Q for the close box, Ctrl-L to repaint. Ctrl-C
+//   does nothing but say how to leave. A pasted text is one edit.
 // - An exception that leaves a handler ends the modal dialog and comes out of Form::Show_Modal.
 // - A hang-up of the terminal, SIGHUP and SIGTERM save and discard nothing: Run_Modal fails with one
 //   automation::Failure, a question that is up answers Cancel.
@@ -22,7 +22,7 @@
 #include <memory>
 #include <stdexcept>
 
-#include "toolkit/display.h"
+#include "toolkit/hands.h"
 
 namespace terminal {
 
@@ -35,5 +35,9 @@ struct Cannot_Show : std::runtime_error {
 // TERM names none that can be drawn on, or there are fewer than 40 x 12 cells. The caller installs the
 // Display with toolkit::Set_Display, and discards its forms before it destroys it.
 std::unique_ptr<toolkit::Display> Create_Terminal_Display();
+
+// On a terminal of its own, which nobody sees, with a player in the place of a person: its hands send keys.
+// The player outlives the Display. Throws Cannot_Show when there is no such terminal to be had.
+std::unique_ptr<toolkit::Display> Create_Played_Terminal_Display(toolkit::Player& player);
 
 } // namespace terminal

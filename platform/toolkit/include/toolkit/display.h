@@ -16,6 +16,15 @@ class Control;
 
 enum class Property { Caption, Text, Caret, Enabled, Visible, Geometry, Items, Index, Value, Picture };
 
+// Answers of a message box.
+namespace answer {
+constexpr automation::Long Not_Shown = -1;
+constexpr automation::Long OK = 1;
+constexpr automation::Long Save = 2;
+constexpr automation::Long Discard = 3;
+constexpr automation::Long Cancel = 4;
+} // namespace answer
+
 // A modal box. A platform box has a style (16: OK and the stop icon, 64: OK and the information icon); a
 // product box has a language, a kind (1 confirmation question, 2 information, 3 error) and a button set
 // (1: one button, 3: save, discard, cancel).
@@ -29,16 +38,11 @@ struct Message {
     String Title;
 
     bool Asks() const { return By_Product && Buttons != 1; }
+    // One of its buttons gives this answer.
+    bool Has_Button(automation::Long given) const {
+        return Asks() ? given >= answer::Save && given <= answer::Cancel : given == answer::OK;
+    }
 };
-
-// Answers of a message box.
-namespace answer {
-constexpr automation::Long Not_Shown = -1;
-constexpr automation::Long OK = 1;
-constexpr automation::Long Save = 2;
-constexpr automation::Long Discard = 3;
-constexpr automation::Long Cancel = 4;
-} // namespace answer
 
 class Display {
 public:

@@ -63,7 +63,6 @@ protected:
 
 // A Display of the registered or offered source; throws automation::Failure.
 std::unique_ptr<Display> Open_Display(String_View source = Window_Identity);
-// The window's, played.
-std::unique_ptr<Display> Open_Played_Display(Player& player);
+std::unique_ptr<Display> Open_Played_Display(Player& player, String_View source = Window_Identity);
 
 } // namespace toolkit

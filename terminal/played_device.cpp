@@ -1,0 +1,56 @@
+#include "played_device.h"
+
+#include <cstdlib>
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include "terminal/terminal_display.h"
+
+namespace terminal {
+
+namespace {
+
+int Opened(const char* path, int flags) {
+    return path ? ::open(path, flags | O_NOCTTY | O_CLOEXEC) : -1;
+}
+
+} // namespace
+
+Played_Device::Played_Device() {
+    constexpr winsize Cells_Of_It{24, 80, 0, 0};
+    master = ::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC | O_NONBLOCK);
+    const bool ready = master >= 0 && ::grantpt(master) == 0 && ::unlockpt(master) == 0 &&
+                       ::ioctl(master, TIOCSWINSZ, &Cells_Of_It) == 0;
+    const char* const path = ready ? ::ptsname(master) : nullptr;
+    const int in = Opened(path, O_RDONLY);
+    const int out = Opened(path, O_WRONLY);
+    if (in < 0 || out < 0)
+        throw Cannot_Show("There is no pseudo-terminal to play on; play the script without --terminal");
+    In = ::fdopen(in, "r");
+    Out = ::fdopen(out, "w");
+    Type = "xterm";
+    Locale = "C.UTF-8";
+}
+
+Played_Device::~Played_Device() {
+    std::fclose(In);
+    std::fclose(Out);
+    ::close(master);
+}
+
+void Played_Device::Shown() {
+    for (char bytes[4096]; ::read(master, bytes, sizeof bytes) > 0;) {
+    }
+}
+
+void Played_Device::Input_Is_Awaited() {
+    if (waiting.empty())
+        throw Cannot_Show("The dialog waits for a key, and nobody presses one");
+    const std::string key = waiting.front();
+    waiting.pop_front();
+    if (::write(master, key.data(), key.size()) != static_cast<ssize_t>(key.size()))
+        throw Cannot_Show("The pseudo-terminal takes no more keys");
+}
+
+} // namespace terminal
