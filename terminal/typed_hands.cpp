@@ -78,14 +78,14 @@ void Typed_Hands::Go_To(Control& control) {
 }
 
 Refusal Typed_Hands::Focus(Control& control) {
-    const Refusal refusal = user_input::Can_Focus(control);
+    Refusal refusal = user_input::Can_Focus(control);
     if (!refusal)
         Go_To(control);
     return refusal;
 }
 
 Refusal Typed_Hands::Enter_Text(Control& control) {
-    const Refusal refusal = user_input::Can_Edit(control);
+    Refusal refusal = user_input::Can_Edit(control);
     if (refusal || Has_Focus(control))
         return refusal;
     Go_To(control);
@@ -99,7 +99,7 @@ Refusal Typed_Hands::Type(Control& control, toolkit::String_View character) {
     const std::string key = Typed(character);
     if (key.empty() || !Has_Focus(control))
         return user_input::Type(control, character);
-    const Refusal refusal = user_input::Can_Edit(control);
+    Refusal refusal = user_input::Can_Edit(control);
     if (!refusal)
         Send({key});
     return refusal;
@@ -108,7 +108,7 @@ Refusal Typed_Hands::Type(Control& control, toolkit::String_View character) {
 Refusal Typed_Hands::Backspace(Control& control) {
     if (!Has_Focus(control))
         return user_input::Backspace(control);
-    const Refusal refusal = user_input::Can_Edit(control);
+    Refusal refusal = user_input::Can_Edit(control);
     if (!refusal)
         Send({Erase});
     return refusal;
@@ -177,14 +177,14 @@ Refusal Typed_Hands::Press(Control& control) {
 }
 
 Refusal Typed_Hands::Press_Key(toolkit::Form& form, user_input::Key key) {
-    const Refusal refusal = user_input::Can_Press_Key(form, key);
+    Refusal refusal = user_input::Can_Press_Key(form, key);
     if (!refusal)
         Send({key == user_input::Key::Enter ? Enter : key == user_input::Key::Escape ? Escape : Tab});
     return refusal;
 }
 
 Refusal Typed_Hands::Close(toolkit::Form& form) {
-    const Refusal refusal = user_input::Can_Close(form);
+    Refusal refusal = user_input::Can_Close(form);
     if (!refusal)
         Send({Close_Box});
     return refusal;
