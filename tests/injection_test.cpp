@@ -6,9 +6,12 @@
 #include <sstream>
 
 #include "automation/text.h"
+#include "host/box_reporter.h"
 #include "host/job.h"
+#include "host/script_display.h"
 #include "host/setup.h"
 #include "temporary_folder.h"
+#include "toolkit/display_source.h"
 #include "toolkit/user_input.h"
 
 namespace {
@@ -18,89 +21,119 @@ using automation::Long;
 
 using Injection = void (*)(Form& form);
 
-Control& Named(Form& form, String_View name) {
-    return *form.Find(name);
-}
-
-// Drives the dialog, and lets it go at the change that is told.
-class Injector final : public Display {
+// Lets the dialog that is shown on another display go at the change that is told.
+class Injector final : public host::Box_Reporter {
 public:
-    explicit Injector(Injection inject, int at) : inject(inject), at(at) { Set_Display(this); }
+    Injector(Display& inner, host::Transcript& unseen, Injection inject, int at)
+        : Box_Reporter(inner, unseen), inject(inject), at(at) {
+        Set_Display(this);
+    }
     ~Injector() override {
         Discard_All_Forms();
         Set_Display(nullptr);
     }
 
-    Size Screen_Size() const override { return {15360, 11520}; }
-    void Form_Loaded(Form&) override {}
-    void Form_Unloaded(Form&) override {}
-    void Form_Changed(Form& form, Property) override { Tick(form); }
-    void Control_Changed(Control& control, Property) override { Tick(control.Owner_Form()); }
-    void Focus_Changed(Form& form) override { Tick(form); }
-    void Pointer_Changed() override {}
-    void Process_Pending_Messages() override {}
-    Long Show_Message(const Message& message) override {
-        return message.Asks() ? answer::Discard : answer::OK;
+    void Form_Changed(Form& form, Property property) override {
+        Box_Reporter::Form_Changed(form, property);
+        Tick(form);
     }
-    void Run_Modal(Form& form) override {
-        const auto keep = form.shared_from_this();
-        modal = true;
-        Drive(form);
-        modal = false;
-        static_cast<void>(user_input::Close(form));
+    void Control_Changed(Control& control, Property property) override {
+        Box_Reporter::Control_Changed(control, property);
+        Tick(control.Owner_Form());
+    }
+    void Focus_Changed(Form& form) override {
+        Box_Reporter::Focus_Changed(form);
+        Tick(form);
     }
 
     int Changes = 0;
+    bool Counts = false;
 
 private:
     void Tick(Form& form) {
-        if (modal && form.Is_Visible() && ++Changes == at)
+        if (Counts && form.Is_Visible() && ++Changes == at)
             inject(form);
     }
-
-    // One verb of every kind on everything that takes one.
-    void Drive(Form& form) const {
-        const std::vector<Control*> controls = form.Controls();
-        for (const String_View option :
-             {u"optEnhanced", u"optFull", u"optDialContinue", u"optBlind", u"optPartial"}) {
-            Press(form, option);
-            for (Control* control : controls) {
-                if (!form.Is_Visible())
-                    return;
-                static_cast<void>(user_input::Replace(*control, 0, String::npos, u"99999"));
-                static_cast<void>(user_input::Type(*control, u"x"));
-                static_cast<void>(user_input::Backspace(*control));
-                static_cast<void>(user_input::Focus(*control));
-            }
-        }
-        for (const String_View list : {u"cmbThreshold", u"cmbHookFlash", u"cmbNode"})
-            if (form.Is_Visible())
-                static_cast<void>(user_input::Pick(Named(form, list), 1));
-        for (const String_View button :
-             {u"cmdApply", u"optFull", u"cmdNext", u"cmdLast", u"optBlind", u"cmdPrevious", u"cmdFirst",
-              u"optEnhanced", u"cmdApply", u"optFull", u"cmdOK"})
-            Press(form, button);
-    }
-    static void Press(Form& form, String_View name) {
-        if (form.Is_Visible())
-            static_cast<void>(user_input::Press(Named(form, name)));
-    }
-
     const Injection inject;
     const int at; // 0: never
-    bool modal = false;
 };
 
-class Injections : public testing::Test {
+// A person who does every kind of thing to everything that takes it, or to one control of each family.
+class Driver {
+public:
+    Driver(Form& form, Hands& hands) : form(form), hands(hands) {}
+
+    void Do_All() const {
+        for (const String_View option :
+             {u"optEnhanced", u"optFull", u"optDialContinue", u"optBlind", u"optPartial"}) {
+            Press(option);
+            for (Control* control : form.Controls())
+                Edit(*control);
+        }
+        Pick_And_Move({u"cmbThreshold", u"cmbHookFlash", u"cmbNode"},
+                      {u"cmdApply", u"optFull", u"cmdNext", u"cmdLast", u"optBlind", u"cmdPrevious",
+                       u"cmdFirst", u"optEnhanced", u"cmdApply", u"optFull", u"cmdOK"});
+    }
+    void Do_Some() const {
+        Press(u"optFull");
+        for (const String_View name : {u"txtDescription", u"cmbHookFlash", u"txtRetrieve"})
+            Edit(*form.Find(name));
+        Pick_And_Move({u"cmbThreshold", u"cmbNode"},
+                      {u"cmdNext", u"optBlind", u"cmdApply", u"optFull", u"cmdOK"});
+    }
+
+private:
+    void Pick_And_Move(std::initializer_list<String_View> lists,
+                       std::initializer_list<String_View> buttons) const {
+        for (const String_View list : lists)
+            if (form.Is_Visible())
+                static_cast<void>(hands.Pick(*form.Find(list), 1));
+        for (const String_View button : buttons)
+            Press(button);
+    }
+    void Edit(Control& control) const {
+        if (form.Is_Visible())
+            static_cast<void>(hands.Replace(control, 0, String::npos, u"99999"));
+        if (form.Is_Visible() && !hands.Enter_Text(control) && form.Is_Visible())
+            static_cast<void>(hands.Type(control, u"x"));
+        if (form.Is_Visible() && !hands.Enter_Text(control) && form.Is_Visible())
+            static_cast<void>(hands.Backspace(control));
+        if (form.Is_Visible())
+            static_cast<void>(hands.Focus(control));
+    }
+    void Press(String_View name) const {
+        if (form.Is_Visible())
+            static_cast<void>(hands.Press(*form.Find(name)));
+    }
+    Form& form;
+    Hands& hands;
+};
+
+// On the bare controls, or on real widgets and in a terminal, by the input that a person gives them.
+class Injections : public testing::TestWithParam<String_View> {
 protected:
     Injections() {
         options.Store = host::Create_Store({"sqlite:" + folder / "store.db", std::nullopt});
         setup.Start();
+        person.Answer_To_Close();
+        if (GetParam().empty())
+            return;
+        setenv("QT_QPA_PLATFORM", "offscreen", 0);
+        place = Open_Played_Display(person, GetParam());
     }
 
     // The changes that the job came to.
-    static int Run(Injection inject, int at) {
-        Injector injector(inject, at);
+    int Run(Injection inject, int at) {
+        Injector injector(place ? *place : person, transcript, inject, at);
+        person.On_Modal = [&](Form& form, Hands& hands) {
+            const auto keep = form.shared_from_this();
+            injector.Counts = true;
+            const Driver driver(form, hands);
+            place ? driver.Do_Some() : driver.Do_All();
+            injector.Counts = false;
+            if (form.Is_Visible())
+                static_cast<void>(hands.Close(form));
+        };
         style_node::Editor editor;
         const auto outcome = host::Run_Job(editor, {.Node_Number = 12});
         EXPECT_TRUE(outcome.Shown) << "at change " << at << ": "
@@ -109,9 +142,9 @@ protected:
         EXPECT_TRUE(Loaded_Forms().empty()) << "at change " << at;
         return injector.Changes;
     }
-    static void At_Every_Change(Injection inject) {
+    void At_Every_Change(Injection inject) {
         const int changes = Run(nullptr, 0);
-        ASSERT_GT(changes, 300);
+        ASSERT_GT(changes, place ? 100 : 300);
         for (int at = 1; at <= changes && !HasFailure(); ++at)
             Run(inject, at);
     }
@@ -121,19 +154,28 @@ protected:
     std::ostringstream unseen;
     host::Transcript transcript{unseen};
     host::Setup setup{options, transcript};
+    host::Script_Display person;
+    std::unique_ptr<Display> place; // null: the bare controls
 };
 
-TEST_F(Injections, The_Program_Unloads_The_Dialog) {
+TEST_P(Injections, The_Program_Unloads_The_Dialog) {
     At_Every_Change([](Form& form) { form.Unload(); });
 }
 
-TEST_F(Injections, A_Person_Closes_The_Dialog) {
+TEST_P(Injections, A_Person_Closes_The_Dialog) {
     At_Every_Change([](Form& form) { static_cast<void>(user_input::Close(form)); });
 }
 
-TEST_F(Injections, A_Person_Cancels_The_Dialog) {
+TEST_P(Injections, A_Person_Cancels_The_Dialog) {
     At_Every_Change(
         [](Form& form) { static_cast<void>(user_input::Press_Key(form, user_input::Key::Escape)); });
 }
+
+INSTANTIATE_TEST_SUITE_P(Shown, Injections, testing::Values(u"", Window_Identity, Terminal_Identity),
+                         [](const auto& place) -> std::string {
+                             return place.param.empty()              ? "Bare"
+                                    : place.param == Window_Identity ? "Window"
+                                                                     : "Terminal";
+                         });
 
 } // namespace

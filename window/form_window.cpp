@@ -175,8 +175,10 @@ void Form_Window::Focus_Changed() {
     Changed();
 }
 
+// A handler that has unloaded the form may go on and change the screen's pointer.
 void Form_Window::Pointer_Changed() {
-    dialog->setCursor(form->Mouse_Pointer() == toolkit::Pointer_Hourglass ? Qt::WaitCursor : Qt::ArrowCursor);
+    const bool busy = form && form->Mouse_Pointer() == toolkit::Pointer_Hourglass;
+    dialog->setCursor(busy ? Qt::WaitCursor : Qt::ArrowCursor);
 }
 
 void Form_Window::Form_Changed(toolkit::Property property) {
