@@ -1,13 +1,14 @@
 #include "form_keys.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "pop_up_list.h"
+#include "toolkit/display_texts.h"
 #include "toolkit/user_input.h"
 
 namespace terminal {
 
+namespace texts = toolkit::display_text;
 namespace user_input = toolkit::user_input;
 using toolkit::Control;
 using toolkit::Form;
@@ -45,7 +46,7 @@ void Form_Keys::Press_In_Form(Form& form, const Key& key) {
         return Press_Access_Key(form, key.Text);
     Control* const focused = form.Focused();
     if (!focused || !Press_In(*focused, key))
-        Refuse(u"This key does nothing here");
+        Refuse(String(texts::No_Such_Key));
 }
 
 bool Form_Keys::Move_Or_Leave(Form& form, Key::Name key) {
@@ -59,17 +60,17 @@ bool Form_Keys::Move_Or_Leave(Form& form, Key::Name key) {
         return true;
     case Key::Name::Enter:
         if (user_input::Press_Key(form, user_input::Key::Enter))
-            Refuse(u"No button answers Enter");
+            Refuse(String(texts::No_Enter));
         return true;
     case Key::Name::Escape:
         if (user_input::Press_Key(form, user_input::Key::Escape))
-            Refuse(u"No button answers Esc; Ctrl-Q closes the dialog");
+            Refuse(String(texts::No_Escape));
         return true;
     case Key::Name::Close:
         user_input::Close(form);
         return true;
     case Key::Name::Interrupt:
-        Refuse(u"Ctrl-C does nothing here; Esc cancels");
+        Refuse(String(texts::No_Interrupt));
         return true;
     default:
         return false;
@@ -87,7 +88,7 @@ void Form_Keys::Press_Access_Key(Form& form, String_View letter) {
             user_input::Focus(*target);
         return;
     }
-    Refuse(u"No control answers this letter");
+    Refuse(String(texts::No_Letter));
 }
 
 bool Form_Keys::Press_In(Control& control, const Key& key) {
@@ -123,7 +124,7 @@ bool Form_Keys::Edit(toolkit::Text_Control& field, const Key& key) {
         return true;
     case Key::Name::Select_All:
         selected = &field;
-        view.Set_Notice(u"The next key or paste replaces the text");
+        view.Set_Notice(String(texts::Replaces));
         return true;
     case Key::Name::Backspace:
     case Key::Name::Delete:
@@ -163,7 +164,7 @@ void Form_Keys::Insert(toolkit::Text_Control& field, const Key& key) {
     if (!view.Shown() || key.Text.empty())
         return;
     if (field.Text() == before)
-        Refuse(u"Not accepted: " + key.Text);
+        Refuse(String(texts::Not_Accepted) + u": " + key.Text);
 }
 
 // Lists
@@ -204,7 +205,7 @@ void Form_Keys::Search(toolkit::List_Control& list, const String& letter) {
     if (found >= 0)
         user_input::Pick(list, found);
     else
-        Refuse(u"No entry begins with " + typed);
+        Refuse(String(texts::No_Entry) + u" " + typed);
 }
 
 // Options
@@ -214,16 +215,8 @@ bool Form_Keys::Press_On_Option(toolkit::Option_Button& option, const Key& key) 
     const bool forward = key.Which == Key::Name::Down || key.Which == Key::Name::Right;
     if (!back && !forward && !Is_Space(key))
         return false;
-    std::vector<Control*> options;
-    for (Control* other : option.Owner_Form().Controls())
-        if (other->Kind() == option.Kind() && other->Container() == option.Container() &&
-            other->Is_Reachable())
-            options.push_back(other);
-    std::sort(options.begin(), options.end(),
-              [](auto* left, auto* right) { return left->Tab_Index() < right->Tab_Index(); });
-    const auto here = std::find(options.begin(), options.end(), &option) - options.begin();
-    const auto step = back ? options.size() - 1 : forward ? std::size_t{1} : std::size_t{0};
-    user_input::Press(*options[(static_cast<std::size_t>(here) + step) % options.size()]);
+    Form& form = option.Owner_Form();
+    user_input::Press(back ? form.Previous_Option(option) : forward ? form.Next_Option(option) : option);
     return true;
 }
 

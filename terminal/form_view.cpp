@@ -2,8 +2,11 @@
 
 #include <algorithm>
 
+#include "toolkit/display_texts.h"
+
 namespace terminal {
 
+namespace texts = toolkit::display_text;
 using toolkit::Control;
 using toolkit::Control_Kind;
 
@@ -102,7 +105,7 @@ void Form_View::Paint_Border(Screen& screen) const {
     screen.Text({box.Row, box.Column + 2, 1, std::min(Columns(title), room)}, title, Look::Title);
     const bool busy = form->Mouse_Pointer() == toolkit::Pointer_Hourglass ||
                       toolkit::screen::Mouse_Pointer() == toolkit::Pointer_Hourglass;
-    constexpr String_View mark = u" Please wait ... ";
+    const String mark = u" " + String(texts::Busy) + u" ";
     if (busy)
         screen.Text({box.Row, box.Column + box.Columns - 2 - Columns(mark), 1, Columns(mark)}, mark,
                     Look::Notice);
@@ -118,17 +121,17 @@ void Form_View::Paint_Hints(Screen& screen) const {
     const bool in_list = focused && focused->Kind() == Control_Kind::Combo_Box;
     const bool in_button = focused && focused->Kind() == Control_Kind::Command_Button;
     const bool in_option = focused && focused->Kind() == Control_Kind::Option_Button;
-    String hints = u"Tab, Shift-Tab: move";
+    String hints(texts::Move);
     auto add = [&](const Control* button, String_View key) {
         if (button && button->Is_Reachable())
             hints += u"   " + String(key) + u": " + Marked_Caption(Button_Caption(*button)).Text;
     };
     if (in_list)
-        hints += u"   F4: list";
+        hints += u"   " + String(texts::List);
     if (in_option)
-        hints += u"   Space: choose";
-    add(in_button ? focused : form->Default_Button(), u"Enter");
-    add(form->Cancel_Button(), u"Esc");
+        hints += u"   " + String(texts::Choose);
+    add(in_button ? focused : form->Default_Button(), texts::Enter);
+    add(form->Cancel_Button(), texts::Escape);
     screen.Centred({screen.Rows() - 1, 0, 1, screen.Columns()}, notice.empty() ? hints : notice,
                    notice.empty() ? Look::Hint : Look::Notice);
 }

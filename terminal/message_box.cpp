@@ -2,27 +2,30 @@
 
 #include <algorithm>
 
+#include "toolkit/display_texts.h"
+
 namespace terminal {
 
 namespace {
 
 using automation::Long;
 namespace answer = toolkit::answer;
+namespace texts = toolkit::display_text;
 
 struct Answer_Button {
     String_View Caption;
     Long Answer;
 };
-constexpr Answer_Button One[] = {{u"OK", answer::OK}};
+constexpr Answer_Button One[] = {{texts::OK, answer::OK}};
 constexpr Answer_Button Three[] = {
-    {u"Save", answer::Save}, {u"Discard", answer::Discard}, {u"Cancel", answer::Cancel}};
+    {texts::Save, answer::Save}, {texts::Discard, answer::Discard}, {texts::Cancel, answer::Cancel}};
 
 // What stands for the icon.
 String_View Nature_Of(const toolkit::Message& message) {
     constexpr Long Stop_Style = 16;
     if (!message.By_Product)
-        return message.Style == Stop_Style ? u"Error" : u"Information";
-    return message.Kind == 1 ? u"Question" : message.Kind == 3 ? u"Error" : u"Information";
+        return message.Style == Stop_Style ? texts::Error : texts::Information;
+    return message.Kind == 1 ? texts::Question : message.Kind == 3 ? texts::Error : texts::Information;
 }
 
 class Message_Box final : public Layer {
@@ -67,12 +70,17 @@ public:
         for (int row = 0; row < rows; ++row)
             screen.Text({box.Row + 3 + row, box.Column + 3, 1, box.Columns - Margins}, *line++, Look::Plain);
         if (rows < all)
-            screen.Text({box.Row + box.Rows - 1, box.Column + 2, 1, 20}, u" Up, Down: more text ",
-                        Look::Notice);
+            Paint_More(box);
         Paint_Buttons(box);
     }
 
 private:
+    void Paint_More(const Cells& box) {
+        const String more = u" " + String(texts::More_Text) + u" ";
+        screen.Text({box.Row + box.Rows - 1, box.Column + 2, 1, std::min(Columns(more), box.Columns - 3)},
+                    more, Look::Notice);
+    }
+
     static constexpr int Widest = 64;
     static constexpr int Three_Buttons = 37;
 

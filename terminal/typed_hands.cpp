@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "pop_up_list.h"
+#include "toolkit/display_texts.h"
 
 namespace terminal {
 
@@ -47,9 +48,11 @@ bool Has_Focus(const Control& control) {
 
 std::string Key_Of_Answer(Long answer) {
     namespace answers = toolkit::answer;
-    return answer == answers::Save      ? "s"
-           : answer == answers::Discard ? "d"
-           : answer == answers::Cancel  ? "c"
+    namespace texts = toolkit::display_text;
+    const auto letter = [](String_View caption) { return automation::To_UTF8(caption.substr(0, 1)); };
+    return answer == answers::Save      ? letter(texts::Save)
+           : answer == answers::Discard ? letter(texts::Discard)
+           : answer == answers::Cancel  ? letter(texts::Cancel)
                                         : Enter;
 }
 

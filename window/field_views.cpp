@@ -4,16 +4,15 @@
 #include <QPainter>
 #include <QStyleOptionButton>
 
-#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <utility>
-#include <vector>
 
 #include "form_picture.h"
 #include "form_style.h"
 #include "glyph.h"
 #include "qt_text.h"
+#include "toolkit/display_texts.h"
 #include "toolkit/user_input.h"
 
 namespace window {
@@ -69,8 +68,9 @@ void Line_Editing::Show() {
 
 void Line_Editing::Mark(bool refused) {
     constexpr int Brief = 600; // milliseconds
+    namespace texts = toolkit::display_text;
     const QString description =
-        refused ? QStringLiteral("Not accepted: the field keeps its text") : QString();
+        refused ? To_Qt(texts::Not_Accepted) + ": " + To_Qt(texts::Keeps_Its_Text) : QString();
     if (line.accessibleDescription() != description)
         line.setAccessibleDescription(description);
     if (!refused)
@@ -137,20 +137,8 @@ bool Option_View::Key_Pressed(int key) {
     const bool back = key == Qt::Key_Up || key == Qt::Key_Left;
     if (!back && key != Qt::Key_Down && key != Qt::Key_Right)
         return false;
-    std::vector<toolkit::Option_Button*> options;
-    for (toolkit::Control* other : option.Owner_Form().Controls()) {
-        auto* sibling = dynamic_cast<toolkit::Option_Button*>(other);
-        if (sibling && sibling->Container() == option.Container() && sibling->Is_Reachable())
-            options.push_back(sibling);
-    }
-    std::sort(options.begin(), options.end(),
-              [](auto* left, auto* right) { return left->Tab_Index() < right->Tab_Index(); });
-    const auto here = std::find(options.begin(), options.end(), &option);
-    if (here == options.end())
-        return true;
-    const auto step = back ? options.size() - 1 : std::size_t{1};
-    const auto index = (static_cast<std::size_t>(here - options.begin()) + step) % options.size();
-    Pick(*options[index]);
+    const toolkit::Form& form = option.Owner_Form();
+    Pick(back ? form.Previous_Option(option) : form.Next_Option(option));
     return true;
 }
 

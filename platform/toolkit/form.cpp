@@ -142,15 +142,18 @@ Control* Form::Focused() const {
 
 namespace {
 
-// In tab order when `direction` is 1, against it when it is -1, wrapping around.
-Control* Tab_Stop_Beside(const std::vector<Control*>& controls, const Control* from, int direction) {
+// In tab order when `direction` is 1, against it when it is -1, wrapping around; of those that are
+// `eligible`.
+template <typename Predicate>
+Control* Neighbour(const std::vector<Control*>& controls, const Control* from, int direction,
+                   Predicate eligible) {
     Control* first = nullptr;
     Control* next = nullptr;
     auto before = [direction](const Control* one, const Control* other) {
         return one->Tab_Index() * direction < other->Tab_Index() * direction;
     };
     for (Control* control : controls) {
-        if (!control->Is_Tab_Stop())
+        if (!eligible(*control))
             continue;
         if (!first || before(control, first))
             first = control;
@@ -160,14 +163,34 @@ Control* Tab_Stop_Beside(const std::vector<Control*>& controls, const Control* f
     return next ? next : first;
 }
 
+bool Is_Stop(const Control& control) {
+    return control.Is_Tab_Stop();
+}
+
+Option_Button& Option_Beside(const std::vector<Control*>& controls, Option_Button& from, int direction) {
+    Control* const found = Neighbour(controls, &from, direction, [&](const Control& control) {
+        return control.Kind() == from.Kind() && control.Container() == from.Container() &&
+               control.Is_Reachable();
+    });
+    return found ? static_cast<Option_Button&>(*found) : from;
+}
+
 } // namespace
 
 Control* Form::Next_Tab_Stop(const Control* from) const {
-    return Tab_Stop_Beside(controls, from, 1);
+    return Neighbour(controls, from, 1, Is_Stop);
 }
 
 Control* Form::Previous_Tab_Stop(const Control* from) const {
-    return Tab_Stop_Beside(controls, from, -1);
+    return Neighbour(controls, from, -1, Is_Stop);
+}
+
+Option_Button& Form::Next_Option(Option_Button& from) const {
+    return Option_Beside(controls, from, 1);
+}
+
+Option_Button& Form::Previous_Option(Option_Button& from) const {
+    return Option_Beside(controls, from, -1);
 }
 
 void Form::User_Move_Focus(Control& control) {

@@ -71,6 +71,9 @@ public:
     // The tab stop after `from` in tab order, wrapping around; from null: the first one.
     Control* Next_Tab_Stop(const Control* from) const;
     Control* Previous_Tab_Stop(const Control* from) const; // from null: the last one
+    // The same among the options that share its container; itself when no other can be reached.
+    Option_Button& Next_Option(Option_Button& from) const;
+    Option_Button& Previous_Option(Option_Button& from) const;
 
     // For toolkit/user_input.h: raises the old control's On_Lost_Focus after the move.
     void User_Move_Focus(Control& control);
