@@ -21,7 +21,7 @@ using namespace script_files;
 // Looks again and again, for a while.
 bool Comes(const std::function<bool()>& what) {
     using namespace std::chrono;
-    const auto end = steady_clock::now() + seconds(10);
+    const auto end = steady_clock::now() + seconds(20);
     while (!what()) {
         if (steady_clock::now() > end)
             return false;
@@ -238,9 +238,10 @@ private:
     std::string Edit(const std::vector<std::string>& job, const std::map<std::string, json>& places) {
         const std::vector<std::string> shown = Words(job.front());
         Program editor("/usr/bin/env",
-                       {x.Display(), "QT_QPA_PLATFORM=xcb", "XDG_RUNTIME_DIR=" + real.String(), STYLE_EDITOR,
-                        "edit", "--trace", "--appdata", real.String(), "--config", shown.at(1), "--partition",
-                        shown.at(2), "--node", shown.at(3)},
+                       {x.Display(), "QT_QPA_PLATFORM=xcb", "XDG_RUNTIME_DIR=" + runtime,
+                        "DBUS_SESSION_BUS_ADDRESS=disabled:", STYLE_EDITOR, "edit", "--trace", "--appdata",
+                        real.String(), "--config", shown.at(1), "--partition", shown.at(2), "--node",
+                        shown.at(3)},
                        real, Scripts);
         Person person(x, editor, places);
         for (auto line = job.begin() + 1; line != job.end() && !HasFailure(); ++line)
@@ -253,7 +254,14 @@ private:
         return outcome.Out;
     }
 
+    static std::string Private(const std::string& folder) {
+        std::filesystem::create_directory(folder);
+        std::filesystem::permissions(folder, std::filesystem::perms::owner_all);
+        return folder;
+    }
+
     const Temporary_Folder bare, real;
+    const std::string runtime = Private(real / "runtime");
     const X_Server x;
 };
 
