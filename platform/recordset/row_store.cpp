@@ -12,7 +12,7 @@ std::uint32_t Row_Store::Keep(std::string_view text) {
 
 void Row_Store::Add_Row(const Cells& row) {
     cells.insert(cells.end(), row.begin(), row.end());
-    row_ends.push_back(static_cast<std::uint32_t>(cells.size()));
+    End_Row();
 }
 
 void Row_Store::Shrink() {
@@ -28,7 +28,7 @@ automation::Variant Row_Store::Value(std::size_t row, std::size_t field) const {
         first, end, field, [](const Cell& cell, std::size_t wanted) { return cell.Field < wanted; });
     if (found == end || found->Field != field)
         return automation::Variant::Null();
-    return *fields[field].Decode(texts.c_str() + found->Text);
+    return *fields[field].Decode(Text(found->Text));
 }
 
 } // namespace recordset

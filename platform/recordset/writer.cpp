@@ -8,6 +8,7 @@
 #include "automation/failure.h"
 #include "automation/number.h"
 #include "automation/text.h"
+#include "own_shape.h"
 #include "persisted_format.h"
 
 namespace recordset {
@@ -31,32 +32,16 @@ void Require_Held_By_XML(String_View text) {
         automation::Raise(automation::run_time::Invalid_Argument);
 }
 
-// Blanks other than the space are references, or reading would make spaces of them.
 String_View Escape_Of(char16_t unit) {
-    switch (unit) {
-    case u'&':
-        return u"&amp;";
-    case u'<':
-        return u"&lt;";
-    case u'>':
-        return u"&gt;";
-    case u'\'':
-        return u"&apos;";
-    case u'"':
-        return u"&quot;";
-    case u'\t':
-        return u"&#x9;";
-    case u'\n':
-        return u"&#xA;";
-    case u'\r':
-        return u"&#xD;";
-    default:
-        return {};
-    }
+    for (const auto& escape : own_shape::Escapes)
+        if (escape.Unit == unit)
+            return escape.Written;
+    return {};
 }
 
-void Append_Attribute(String& text, String_View name, String_View value) {
-    text.append(u" ").append(name).append(u"='");
+// `begin` ends with the quote that the value stands behind.
+void Append_Value(String& text, String_View begin, String_View value) {
+    text.append(begin);
     for (const char16_t unit : value) {
         const auto escape = Escape_Of(unit);
         if (escape.empty())
@@ -75,13 +60,6 @@ bool Is_Name_Character(char16_t unit) {
     return Is_Letter(unit) || (unit >= u'0' && unit <= u'9') || unit == u'.' || unit == u'-';
 }
 
-// Narrower than XML: letters beyond ASCII differ between its editions, and xml... is reserved.
-bool Is_Legal_Name(String_View name) {
-    return !name.empty() && Is_Letter(name.front()) &&
-           std::all_of(name.begin(), name.end(), Is_Name_Character) &&
-           !automation::Equal_Ignoring_Case(name.substr(0, 3), u"xml");
-}
-
 String Substitute(std::size_t position) {
     return u"c" + Decimal_Text(static_cast<std::int64_t>(position));
 }
@@ -96,7 +74,7 @@ std::vector<String> Attributes_Of(const std::vector<Field_Description>& fields) 
     std::vector<String> attributes;
     std::set<String_View> taken;
     for (const auto& field : fields) {
-        const bool own = Is_Legal_Name(field.Name) && !Looks_Like_Substitute(field.Name) &&
+        const bool own = own_shape::Is_Legal_Name(field.Name) && !Looks_Like_Substitute(field.Name) &&
                          taken.insert(field.Name).second;
         attributes.push_back(own ? field.Name : Substitute(attributes.size() + 1));
     }
@@ -111,57 +89,66 @@ struct Type_Name {
 Type_Name Name_Of(Field_Type type) {
     switch (type) {
     case Field_Type::Integer:
-        return {u"i2", 2};
+        return {own_shape::type::Integer, 2};
     case Field_Type::Long:
-        return {u"i4", 4};
+        return {own_shape::type::Long, 4};
     case Field_Type::Text:
         break;
     }
-    return {u"string", 0};
+    return {own_shape::type::Text, 0};
 }
 
 void Append_Type(String& text, const Field_Description& field) {
     const auto type = Name_Of(field.Type);
     const int longest = type.Bytes > 0 ? type.Bytes : field.Longest;
-    text.append(u"<s:datatype");
-    Append_Attribute(text, u"dt:type", type.Name);
+    text.append(own_shape::Type_Begin);
+    Append_Value(text, own_shape::Type, type.Name);
     if (longest > 0)
-        Append_Attribute(text, u"dt:maxLength", Decimal_Text(longest));
+        Append_Value(text, own_shape::Longest, Decimal_Text(longest));
     if (type.Bytes > 0)
-        Append_Attribute(text, u"rs:fixedlength", u"true");
-    text.append(u"/>");
+        text.append(own_shape::Fixed_Length);
 }
 
 void Append_Field(String& text, const Field_Description& field, String_View attribute, std::size_t position) {
     Require_Held_By_XML(field.Name);
-    text.append(u"      <s:AttributeType");
-    Append_Attribute(text, u"name", attribute);
+    text.append(own_shape::Field_Begin);
+    Append_Value(text, own_shape::Name, attribute);
     if (attribute != field.Name)
-        Append_Attribute(text, u"rs:name", field.Name);
-    Append_Attribute(text, u"rs:number", Decimal_Text(static_cast<std::int64_t>(position)));
-    Append_Attribute(text, u"rs:nullable", u"true");
-    text.append(u">");
+        Append_Value(text, own_shape::Own_Name, field.Name);
+    Append_Value(text, own_shape::Number, Decimal_Text(static_cast<std::int64_t>(position)));
     Append_Type(text, field);
-    text.append(u"</s:AttributeType>\n");
+    text.append(own_shape::Field_End);
 }
 
-void Append_Root(String& text) {
-    text.append(u"<xml");
-    Append_Attribute(text, u"xmlns:s", Wide(format::Schema_Namespace));
-    Append_Attribute(text, u"xmlns:dt", Wide(format::Datatype_Namespace));
-    Append_Attribute(text, u"xmlns:rs", Wide(format::Rowset_Namespace));
-    Append_Attribute(text, u"xmlns:z", Wide(format::Row_Namespace));
-    text.append(u">\n");
+String Make_Beginning() {
+    String text = u"<xml";
+    Append_Value(text, u" xmlns:s='", Wide(format::Schema_Namespace));
+    Append_Value(text, u" xmlns:dt='", Wide(format::Datatype_Namespace));
+    Append_Value(text, u" xmlns:rs='", Wide(format::Rowset_Namespace));
+    Append_Value(text, u" xmlns:z='", Wide(format::Row_Namespace));
+    return text + u">\n  <s:Schema id='RowsetSchema'>\n    <s:ElementType name='row' content='eltOnly'>\n";
 }
 
 } // namespace
 
-Writer::Writer(std::vector<Field_Description> fields) : attributes(Attributes_Of(fields)) {
-    Append_Root(text);
-    text.append(u"  <s:Schema id='RowsetSchema'>\n    <s:ElementType name='row' content='eltOnly'>\n");
-    for (std::size_t index = 0; index < fields.size(); ++index)
-        Append_Field(text, fields[index], attributes[index], index + 1);
-    text.append(u"      <s:extends type='rs:rowbase'/>\n    </s:ElementType>\n  </s:Schema>\n  <rs:data>\n");
+const String& own_shape::Beginning() {
+    static const String beginning = Make_Beginning();
+    return beginning;
+}
+
+bool own_shape::Is_Legal_Name(String_View name) {
+    return !name.empty() && Is_Letter(name.front()) &&
+           std::all_of(name.begin(), name.end(), Is_Name_Character) &&
+           !automation::Equal_Ignoring_Case(name.substr(0, 3), u"xml");
+}
+
+Writer::Writer(std::vector<Field_Description> fields) : text(own_shape::Beginning()) {
+    const auto names = Attributes_Of(fields);
+    for (std::size_t index = 0; index < fields.size(); ++index) {
+        Append_Field(text, fields[index], names[index], index + 1);
+        attributes.push_back(own_shape::Before_Value(names[index]));
+    }
+    text.append(own_shape::Data_Begin);
 }
 
 void Writer::Add_Row(const std::vector<std::optional<String>>& values) {
@@ -169,15 +156,15 @@ void Writer::Add_Row(const std::vector<std::optional<String>>& values) {
         automation::Raise(automation::run_time::Invalid_Argument);
     for (const auto& value : values)
         Require_Held_By_XML(value ? String_View(*value) : String_View());
-    text.append(u"    <z:row");
+    text.append(own_shape::Row_Begin);
     for (std::size_t index = 0; index < values.size(); ++index)
         if (values[index])
-            Append_Attribute(text, attributes[index], *values[index]);
-    text.append(u"/>\n");
+            Append_Value(text, attributes[index], *values[index]);
+    text.append(own_shape::Row_End);
 }
 
 String Writer::Finish() && {
-    text.append(u"  </rs:data>\n</xml>\n");
+    text.append(own_shape::End);
     return std::move(text);
 }
 

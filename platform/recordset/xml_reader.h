@@ -15,4 +15,7 @@ namespace recordset {
 // Nothing when the text holds no readable recordset. Throws std::bad_alloc only.
 std::optional<Row_Store> Read_Persisted(automation::String_View text);
 
+// The same without the short way for the writer's own shape. No NUL is among the first four units.
+std::optional<Row_Store> Read_With_Parser(automation::String_View text);
+
 } // namespace recordset

@@ -29,7 +29,7 @@ public:
     automation::String Finish() &&;
 
 private:
-    std::vector<automation::String> attributes; // the name of each field in a row
+    std::vector<automation::String> attributes; // what stands before each field's value in a row
     automation::String text;
 };
 
