@@ -120,9 +120,4 @@ void Packed_Texts::Flush() {
     value = nullptr;
 }
 
-void Packed_Texts::Make_Room(std::size_t bytes) {
-    if (Room() < bytes)
-        Flush();
-}
-
 } // namespace recordset

@@ -28,7 +28,10 @@ private:
     Unit Take_Escape(Unit at, Unit end);
     Unit Take_Beyond_ASCII(Unit at, Unit end);
     std::size_t Room() const { return static_cast<std::size_t>(buffer.data() + buffer.size() - used); }
-    void Make_Room(std::size_t bytes);
+    void Make_Room(std::size_t bytes) {
+        if (Room() < bytes)
+            Flush();
+    }
 
     Row_Store& store;
     std::uint32_t place = 0;

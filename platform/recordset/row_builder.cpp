@@ -69,6 +69,8 @@ bool Row_Builder::End_Row_Type() {
     row_type = Row_Type::Complete;
     for (Column column = 0; column < columns.size(); ++column)
         by_name.push_back(column);
+    followers = by_name;
+    followers.push_back(No_Column);
     const auto name = [this](Column column) -> const std::string& { return columns[column]; };
     std::ranges::sort(by_name, {}, name);
     return std::ranges::adjacent_find(by_name, {}, name) == by_name.end();
@@ -110,13 +112,14 @@ bool Row_Builder::Read_Row(Attributes attributes) {
         return false;
     row.clear();
     forced_nulls.clear();
-    Column expected = 0; // attributes mostly stand in the order of the fields
+    Column* expected = &followers.front();
     for (; *attributes; attributes += 2) {
-        const Column column = Column_Of(attributes[0], expected);
+        const Column column = Column_Of(attributes[0], *expected);
         if (column != No_Column) {
             if (!Read_Value(column, attributes[1]))
                 return false;
-            expected = column + 1;
+            *expected = column;
+            expected = &followers[column + 1];
         } else if (Is_Name(attributes[0], format::Rowset_Namespace, "forcenull")) {
             Read_Forced_Nulls(attributes[1]);
         }

@@ -41,9 +41,12 @@ private:
 
     Row_Type row_type = Row_Type::Missing;
     Row_Store store;
-    Row_Store::Field field{};               // being described
-    std::vector<std::string> columns;       // the attribute that holds each field
-    std::vector<Column> by_name;            // all columns, by the names of their attributes
+    Row_Store::Field field{};         // being described
+    std::vector<std::string> columns; // the attribute that holds each field
+    std::vector<Column> by_name;      // all columns, by the names of their attributes
+    // The column that a row has begun with, and for each column the one that stood behind it: rows mostly
+    // keep one order, at first that of the fields.
+    std::vector<Column> followers;
     std::deque<Row_Store::Cells> originals; // that wait for their changed row
     Row_Store::Cells row;                   // of the element that was read last
     Row_Store::Cells forced_nulls;          // of the same element; their texts mean nothing
