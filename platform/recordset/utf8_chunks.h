@@ -14,6 +14,7 @@ public:
     explicit UTF8_Chunks(automation::String_View text) : rest(text) {}
 
     bool At_End() const { return rest.empty(); }
+    std::size_t Left() const { return rest.size(); } // code units
 
     // Converts up to `units` code units, at least 2, into `target`, which holds Most_Bytes_A_Unit for each.
     // The length in bytes; nothing when a surrogate stands alone. A pair is never divided.

@@ -203,10 +203,11 @@ bool Reader::Leave() {
 // A token that goes on beyond the pieces so far costs no more than its length: the parser waits until there
 // is twice as much of it before it scans it again.
 bool Reader::Feed() {
-    constexpr std::size_t units = std::size_t{1} << 14U;
-    constexpr int room = units * UTF8_Chunks::Most_Bytes_A_Unit;
+    constexpr std::size_t most_units = std::size_t{1} << 14U;
     bool last = false;
     while (!last) {
+        const std::size_t units = std::clamp<std::size_t>(chunks.Left(), 2, most_units);
+        const auto room = static_cast<int>(units * UTF8_Chunks::Most_Bytes_A_Unit);
         auto* buffer = static_cast<char*>(XML_GetBuffer(parser.get(), room));
         const auto bytes = buffer ? chunks.Take(units, buffer) : std::nullopt;
         if (!bytes)
