@@ -108,11 +108,13 @@ bool Statement::Next(Row& row) {
         return false;
     row.resize(out.size());
     for (std::size_t index = 0; index < out.size(); ++index) {
-        row[index].reset();
-        if (out[index].State == soci::i_null)
+        if (out[index].State == soci::i_null) {
+            row[index].reset();
             continue;
-        row[index] = From_UTF8(out[index].Text);
+        }
         if (!row[index])
+            row[index].emplace();
+        if (!automation::Convert_UTF8(out[index].Text, *row[index]))
             throw automation::Failure(automation::Status_Unspecified,
                                       u"The store holds a text that is not UTF-8");
     }

@@ -14,18 +14,20 @@ using automation::Variant;
 using recordset::Field_Description;
 using Fields = std::vector<Field_Description>;
 
-// `last_change` is asked for first: a change that came in between would make the reading look older than it
-// is, which is the safe side.
-Variant Recordset_Of(const Store& store, const std::string& sql, const Values& keys, const Fields& fields,
-                     std::string* last_change = nullptr) {
+// The rows of all statements, one behind the other. `last_change` is asked for first: a change that came in
+// between would make the reading look older than it is, which is the safe side.
+Variant Recordset_Of(const Store& store, const std::vector<std::string>& statements, const Values& keys,
+                     const Fields& fields, std::string* last_change = nullptr) {
     recordset::Writer writer(fields);
     store.Data().Operate([&](soci::session& session) {
         if (last_change)
             *last_change = Last_Change(session);
-        Statement select(session, sql, fields.size());
-        select.Run(keys);
-        for (Row row; select.Next(row);)
-            writer.Add_Row(row);
+        for (const auto& sql : statements) {
+            Statement select(session, sql, fields.size());
+            select.Run(keys);
+            for (Row row; select.Next(row);)
+                writer.Add_Row(row);
+        }
     });
     return Variant(std::move(writer).Finish());
 }
@@ -35,15 +37,15 @@ public:
     Status Get_All_Node_Types(Variant& Result) override {
         return Serve([&] {
             Result = Recordset_Of(*store,
-                                  "SELECT id, language_1, language_2 FROM node_type ORDER BY list_position",
+                                  {"SELECT id, language_1, language_2 FROM node_type ORDER BY list_position"},
                                   {}, {{u"ID"}, {u"Language1"}, {u"Language2"}});
         });
     }
     Status Get_All_Threshold_Types(Variant& Result) override {
         return Serve([&] {
             Result = Recordset_Of(*store,
-                                  "SELECT threshold_type_id, language_1, language_2 FROM threshold_type "
-                                  "ORDER BY list_position",
+                                  {"SELECT threshold_type_id, language_1, language_2 FROM threshold_type "
+                                   "ORDER BY list_position"},
                                   {}, {{u"ThresholdTypeID"}, {u"Language1"}, {u"Language2"}});
         });
     }
@@ -52,12 +54,15 @@ private:
     const Shared_Store store = Current_Store();
 };
 
-// The default node comes first, the others in ascending order.
-constexpr const char* Select_Nodes =
-    "SELECT node_number, node_description, supervise_id, hookflash, threshold_type_id, transfer, "
-    "disconnection "
-    "FROM style_node WHERE config_id = :config AND partition_id = :partition "
-    "ORDER BY CASE WHEN node_number = 0 THEN 0 ELSE 1 END, node_number";
+// The default node comes first, the others in ascending order. Two statements, because in that order the
+// others come from the primary key as they are; sorted by both in one, they would all be kept and sorted
+// first.
+std::vector<std::string> Select_Nodes() {
+    const std::string select = "SELECT node_number, node_description, supervise_id, hookflash, "
+                               "threshold_type_id, transfer, disconnection FROM style_node "
+                               "WHERE config_id = :config AND partition_id = :partition AND node_number ";
+    return {select + "= 0", select + "<> 0 ORDER BY node_number"};
+}
 
 class NODES_Reader final : public Component<interfaces::NODES> {
 public:
@@ -80,7 +85,7 @@ public:
     Status Get_Style_Nodes(const Variant& Config_ID, const Variant& Partition_ID, Variant& Result) override {
         return Serve([&] {
             std::string last_change;
-            Result = Recordset_Of(*place.Store, Select_Nodes, Values_Of({&Config_ID, &Partition_ID}),
+            Result = Recordset_Of(*place.Store, Select_Nodes(), Values_Of({&Config_ID, &Partition_ID}),
                                   {{u"NodeNumber", recordset::Field_Type::Integer},
                                    {u"NodeDescription"},
                                    {u"SuperviseID"},
@@ -100,7 +105,7 @@ private:
             const std::string sql = "SELECT " + Detail_Columns(table) + " FROM " + table.Name +
                                     " WHERE config_id = :config AND partition_id = :partition "
                                     "AND node_number = :node";
-            result = Recordset_Of(*place.Store, sql, Values_Of({&config, &partition, &node}),
+            result = Recordset_Of(*place.Store, {sql}, Values_Of({&config, &partition, &node}),
                                   {{u"Retrieve"},
                                    {u"BusyRetry"},
                                    {u"NumberRetries"},
@@ -121,16 +126,17 @@ class CONFIG_Reader final : public Component<interfaces::CONFIG> {
 public:
     Status Get_Configuration_Info(Variant& Result) override {
         return Serve([&] {
-            Result = Recordset_Of(*store,
-                                  "SELECT product_name, system_number, site_name, site_number, "
-                                  "product_version, release_number FROM configuration ORDER BY list_position",
-                                  {},
-                                  {{u"ProductName"},
-                                   {u"SystemNumber"},
-                                   {u"SiteName"},
-                                   {u"SiteNumber"},
-                                   {u"ProductVersion"},
-                                   {u"ReleaseNumber"}});
+            Result =
+                Recordset_Of(*store,
+                             {"SELECT product_name, system_number, site_name, site_number, "
+                              "product_version, release_number FROM configuration ORDER BY list_position"},
+                             {},
+                             {{u"ProductName"},
+                              {u"SystemNumber"},
+                              {u"SiteName"},
+                              {u"SiteNumber"},
+                              {u"ProductVersion"},
+                              {u"ReleaseNumber"}});
         });
     }
 

@@ -1,5 +1,7 @@
 #include "automation/text.h"
 
+#include <cstring>
+
 namespace automation {
 
 namespace {
@@ -87,23 +89,49 @@ std::optional<char32_t> Take_Character(std::string_view& utf8) {
     return good ? std::optional(point) : std::nullopt;
 }
 
+// Nearly every text is ASCII to its end: eight characters are looked at together.
+std::size_t ASCII_Length(std::string_view utf8) {
+    constexpr std::uint64_t high_bits = 0x8080808080808080;
+    std::size_t at = 0;
+    for (std::uint64_t eight = 0; at + sizeof eight <= utf8.size(); at += sizeof eight) {
+        std::memcpy(&eight, utf8.data() + at, sizeof eight);
+        if ((eight & high_bits) != 0)
+            break;
+    }
+    while (at < utf8.size() && static_cast<unsigned char>(utf8[at]) < 0x80)
+        ++at;
+    return at;
+}
+
+// Moves what is ASCII at the beginning of `utf8` to a text that holds nothing yet.
+void Take_ASCII(std::string_view& utf8, String& text) {
+    const std::size_t length = ASCII_Length(utf8);
+    text.reserve(utf8.size());
+    text.assign(utf8.begin(), utf8.begin() + static_cast<std::ptrdiff_t>(length));
+    utf8.remove_prefix(length);
+}
+
 } // namespace
 
-std::optional<String> From_UTF8(std::string_view utf8) {
-    String text;
-    text.reserve(utf8.size());
+bool Convert_UTF8(std::string_view utf8, String& text) {
+    Take_ASCII(utf8, text);
     while (!utf8.empty()) {
         const auto point = Take_Character(utf8);
         if (!point)
-            return std::nullopt;
+            return false;
         Append_UTF16(text, *point);
     }
-    return text;
+    return true;
+}
+
+std::optional<String> From_UTF8(std::string_view utf8) {
+    String text;
+    return Convert_UTF8(utf8, text) ? std::optional(std::move(text)) : std::nullopt;
 }
 
 String From_UTF8_Replacing(std::string_view utf8) {
     String text;
-    text.reserve(utf8.size());
+    Take_ASCII(utf8, text);
     while (!utf8.empty())
         Append_UTF16(text, Take_Character(utf8).value_or(Replacement));
     return text;

@@ -32,6 +32,16 @@ void Require_Held_By_XML(String_View text) {
         automation::Raise(automation::run_time::Invalid_Argument);
 }
 
+// Characters that every text holds and that stand for themselves in a value.
+bool Is_Plain(char16_t unit) {
+    return unit >= u' ' && unit < 0x7F && unit != u'&' && unit != u'<' && unit != u'>' && unit != u'\'' &&
+           unit != u'"';
+}
+
+std::size_t Plain_Length(String_View text) {
+    return static_cast<std::size_t>(std::find_if_not(text.begin(), text.end(), Is_Plain) - text.begin());
+}
+
 String_View Escape_Of(char16_t unit) {
     for (const auto& escape : own_shape::Escapes)
         if (escape.Unit == unit)
@@ -42,12 +52,15 @@ String_View Escape_Of(char16_t unit) {
 // `begin` ends with the quote that the value stands behind.
 void Append_Value(String& text, String_View begin, String_View value) {
     text.append(begin);
-    for (const char16_t unit : value) {
-        const auto escape = Escape_Of(unit);
-        if (escape.empty())
-            text.push_back(unit);
-        else
-            text.append(escape);
+    while (!value.empty()) {
+        const std::size_t plain = Plain_Length(value);
+        text.append(value, 0, plain);
+        value.remove_prefix(plain);
+        if (value.empty())
+            break;
+        const auto escape = Escape_Of(value.front());
+        text.append(escape.empty() ? value.substr(0, 1) : escape);
+        value.remove_prefix(1);
     }
     text.push_back(u'\'');
 }
@@ -155,7 +168,8 @@ void Writer::Add_Row(const std::vector<std::optional<String>>& values) {
     if (values.size() != attributes.size())
         automation::Raise(automation::run_time::Invalid_Argument);
     for (const auto& value : values)
-        Require_Held_By_XML(value ? String_View(*value) : String_View());
+        if (value && Plain_Length(*value) < value->size())
+            Require_Held_By_XML(*value);
     text.append(own_shape::Row_Begin);
     for (std::size_t index = 0; index < values.size(); ++index)
         if (values[index])

@@ -11,6 +11,10 @@ namespace automation {
 // Strict: nothing when `utf8` is not well-formed UTF-8.
 std::optional<String> From_UTF8(std::string_view utf8);
 
+// The same over a text that is there already, whose room is used; false when it is not, and the text is then
+// of no use.
+bool Convert_UTF8(std::string_view utf8, String& text);
+
 // What is not well-formed becomes U+FFFD.
 String From_UTF8_Replacing(std::string_view utf8);
 

@@ -1,0 +1,106 @@
+// A read of a partition's nodes through the store's component, up to the recordset that the editor walks,
+// against the SQLite C interface that fills a table by the same statement from the same file.
+#include <benchmark/benchmark.h>
+#include <sqlite3.h>
+
+#include <filesystem>
+
+#include "classes/class_table.h"
+#include "interfaces/product_components.h"
+#include "recordset/recordset.h"
+#include "stores/store.h"
+#include "table.h"
+
+namespace {
+
+using automation::Variant;
+using benchmarks::Require;
+
+constexpr int Nodes = 32'767;
+
+// A store of its own with the default node and the others, for as long as the program runs.
+class Sample_Store {
+public:
+    Sample_Store() {
+        Require(mkdtemp(folder.data()) != nullptr, "a folder");
+        stores::Use_Store(stores::Store::Create("sqlite:" + Path(), Nodes - 1));
+        recordset::Offer_Classes();
+        for (const auto& served : stores::Classes())
+            classes::Provide_Class({served.Program_Identity, served.Class_Identity, served.Create});
+    }
+    ~Sample_Store() {
+        stores::Use_Store(nullptr);
+        std::filesystem::remove_all(folder);
+    }
+    std::string Path() const { return folder + "/store"; }
+
+private:
+    std::string folder = (std::filesystem::temp_directory_path() / "store_benchmark_XXXXXX").string();
+};
+
+Variant Answer(interfaces::NODES& nodes) {
+    Variant answer;
+    automation::Check(nodes.Get_Style_Nodes(Variant(u"1"), Variant(u"1"), answer));
+    return answer;
+}
+
+void Store_To_Text(benchmark::State& state) {
+    const auto nodes = automation::Create_Bound<interfaces::NODES>(interfaces::NODES::Program_Identity);
+    for (auto _ : state)
+        Require(!Answer(*nodes).Text().empty(), "the nodes' text");
+}
+
+void Store_To_Recordset(benchmark::State& state) {
+    const auto nodes = automation::Create_Bound<interfaces::NODES>(interfaces::NODES::Program_Identity);
+    for (auto _ : state) {
+        const Variant answer = Answer(*nodes);
+        const auto stream = automation::Create_Bound<recordset::Stream>(recordset::Stream_Program_Identity);
+        stream->Open();
+        stream->Write_Text(answer.Text());
+        stream->Set_Position(0);
+        const auto rows =
+            automation::Create_Bound<recordset::Recordset>(recordset::Recordset_Program_Identity);
+        rows->Open(stream);
+        Require(rows->Record_Count() == Nodes, "every node");
+    }
+}
+
+void SQLite_To_Table(benchmark::State& state, const std::string& path) {
+    sqlite3* connection = nullptr;
+    Require(sqlite3_open(path.c_str(), &connection) == SQLITE_OK, "the store");
+    for (auto _ : state) {
+        sqlite3_stmt* select = nullptr;
+        sqlite3_prepare_v2(connection,
+                           "SELECT node_number, node_description, supervise_id, hookflash, "
+                           "threshold_type_id, transfer, disconnection "
+                           "FROM style_node WHERE config_id = ? AND partition_id = ? "
+                           "ORDER BY CASE WHEN node_number = 0 THEN 0 ELSE 1 END, node_number",
+                           -1, &select, nullptr);
+        sqlite3_bind_int(select, 1, 1);
+        sqlite3_bind_int(select, 2, 1);
+        benchmarks::Table table;
+        while (sqlite3_step(select) == SQLITE_ROW) {
+            for (int column = 0; column < sqlite3_column_count(select); ++column)
+                if (const auto* text = sqlite3_column_text(select, column))
+                    table.Add(static_cast<std::uint32_t>(column),
+                              {reinterpret_cast<const char*>(text),
+                               static_cast<std::size_t>(sqlite3_column_bytes(select, column))});
+            table.End_Row();
+        }
+        sqlite3_finalize(select);
+        Require(table.Row_Ends.size() == Nodes, "every node");
+    }
+    sqlite3_close(connection);
+}
+
+} // namespace
+
+int main(int count, char** arguments) {
+    benchmark::Initialize(&count, arguments);
+    const Sample_Store store;
+    BENCHMARK(Store_To_Text)->Unit(benchmark::kMicrosecond);
+    BENCHMARK(Store_To_Recordset)->Unit(benchmark::kMicrosecond);
+    benchmark::RegisterBenchmark("SQLite_To_Table", SQLite_To_Table, store.Path())
+        ->Unit(benchmark::kMicrosecond);
+    benchmark::RunSpecifiedBenchmarks();
+}
