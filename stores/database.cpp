@@ -1,7 +1,5 @@
 #include "database.h"
 
-#include <soci/sqlite3/soci-sqlite3.h>
-
 #include "automation/text.h"
 #include "store_file.h"
 #include "stores/store.h"
@@ -69,7 +67,8 @@ void Replace_All(std::string& text, const std::string& from, const std::string& 
 } // namespace
 
 Statement::Statement(soci::session& session, std::string text, std::size_t columns)
-    : sql(std::move(text)), out(columns), statement(session) {}
+    : sql(std::move(text)), out(columns), is_file(session.get_backend_name() == "sqlite3"),
+      statement(session) {}
 
 void Statement::Prepare(const Values& values) {
     in.resize(values.size());
@@ -84,6 +83,8 @@ void Statement::Prepare(const Values& values) {
     statement.alloc();
     statement.prepare(sql);
     statement.define_and_bind();
+    if (is_file)
+        file = static_cast<soci::sqlite3_statement_backend*>(statement.get_backend());
     prepared = true;
 }
 
@@ -103,18 +104,44 @@ void Statement::Run(const Values& values) {
     statement.execute(out.empty());
 }
 
+// SQLite is asked itself: SOCI would copy each column and ask three times for it.
+bool Statement::Fetch() {
+    if (!file)
+        return statement.fetch();
+    const int result = sqlite_api::sqlite3_step(file->stmt_);
+    if (result != SQLITE_ROW && result != SQLITE_DONE)
+        throw soci::sqlite3_soci_error(sqlite_api::sqlite3_errmsg(sqlite_api::sqlite3_db_handle(file->stmt_)),
+                                       result);
+    return result == SQLITE_ROW;
+}
+
+std::optional<std::string_view> Statement::Column(std::size_t index) const {
+    if (!file)
+        return out[index].State == soci::i_null ? std::nullopt
+                                                : std::optional<std::string_view>(out[index].Text);
+    const auto column = static_cast<int>(index);
+    const auto* text = sqlite_api::sqlite3_column_text(file->stmt_, column);
+    if (!text && sqlite_api::sqlite3_column_type(file->stmt_, column) != SQLITE_NULL)
+        throw std::bad_alloc();
+    if (!text)
+        return std::nullopt;
+    const auto length = sqlite_api::sqlite3_column_bytes(file->stmt_, column);
+    return std::string_view(reinterpret_cast<const char*>(text), static_cast<std::size_t>(length));
+}
+
 bool Statement::Next(Row& row) {
-    if (!statement.fetch())
+    if (!Fetch())
         return false;
     row.resize(out.size());
     for (std::size_t index = 0; index < out.size(); ++index) {
-        if (out[index].State == soci::i_null) {
+        const auto column = Column(index);
+        if (!column) {
             row[index].reset();
             continue;
         }
         if (!row[index])
             row[index].emplace();
-        if (!automation::Convert_UTF8(out[index].Text, *row[index]))
+        if (!automation::Convert_UTF8(*column, *row[index]))
             throw automation::Failure(automation::Status_Unspecified,
                                       u"The store holds a text that is not UTF-8");
     }
@@ -123,12 +150,12 @@ bool Statement::Next(Row& row) {
 
 std::optional<Byte_Row> Statement::First_Row(const Values& values) {
     Run(values);
-    if (!statement.fetch())
+    if (!Fetch())
         return std::nullopt;
     Byte_Row row;
-    for (const Slot& slot : out)
-        row.push_back(slot.State == soci::i_null ? std::nullopt : std::optional(slot.Text));
-    while (statement.fetch())
+    for (std::size_t index = 0; index < out.size(); ++index)
+        row.emplace_back(Column(index));
+    while (Fetch())
         continue;
     return row;
 }

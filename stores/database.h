@@ -17,6 +17,8 @@
 #include "server_connection.h"
 #include "watchdog.h"
 
+#include <soci/sqlite3/soci-sqlite3.h>
+
 namespace stores {
 
 // What is bound to a placeholder: a key, a text, or null (a null pointer).
@@ -55,11 +57,16 @@ private:
         soci::indicator State = soci::i_ok;
     };
     void Prepare(const Values& values);
+    bool Fetch();
+    // In UTF-8, until the next row is fetched; nothing for null.
+    std::optional<std::string_view> Column(std::size_t index) const;
 
     std::string sql;
     std::vector<Slot> in, out;
     bool prepared = false;
-    soci::statement statement; // last: it refers to the slots
+    const bool is_file;
+    soci::sqlite3_statement_backend* file = nullptr; // null for a server, and before it is prepared
+    soci::statement statement;                       // last: it refers to the slots
 };
 
 // The statements of one transaction, each prepared once.

@@ -29,7 +29,7 @@ Variant Recordset_Of(const Store& store, const std::vector<std::string>& stateme
                 writer.Add_Row(row);
         }
     });
-    return Variant(std::move(writer).Finish());
+    return Variant(std::move(writer).Finish_Text());
 }
 
 class SR_Reader final : public Component<interfaces::SR> {

@@ -18,6 +18,7 @@ namespace {
 using automation::Decimal_Text;
 using automation::String;
 using automation::String_View;
+using automation::Text_Builder;
 
 String Wide(std::string_view ascii) {
     return String(ascii.begin(), ascii.end());
@@ -50,19 +51,19 @@ String_View Escape_Of(char16_t unit) {
 }
 
 // `begin` ends with the quote that the value stands behind.
-void Append_Value(String& text, String_View begin, String_View value) {
-    text.append(begin);
+void Append_Value(Text_Builder& text, String_View begin, String_View value) {
+    text.Append(begin);
     while (!value.empty()) {
         const std::size_t plain = Plain_Length(value);
-        text.append(value, 0, plain);
+        text.Append(value.substr(0, plain));
         value.remove_prefix(plain);
         if (value.empty())
             break;
         const auto escape = Escape_Of(value.front());
-        text.append(escape.empty() ? value.substr(0, 1) : escape);
+        text.Append(escape.empty() ? value.substr(0, 1) : escape);
         value.remove_prefix(1);
     }
-    text.push_back(u'\'');
+    text.Append(u'\'');
 }
 
 bool Is_Letter(char16_t unit) {
@@ -111,35 +112,38 @@ Type_Name Name_Of(Field_Type type) {
     return {own_shape::type::Text, 0};
 }
 
-void Append_Type(String& text, const Field_Description& field) {
+void Append_Type(Text_Builder& text, const Field_Description& field) {
     const auto type = Name_Of(field.Type);
     const int longest = type.Bytes > 0 ? type.Bytes : field.Longest;
-    text.append(own_shape::Type_Begin);
+    text.Append(own_shape::Type_Begin);
     Append_Value(text, own_shape::Type, type.Name);
     if (longest > 0)
         Append_Value(text, own_shape::Longest, Decimal_Text(longest));
     if (type.Bytes > 0)
-        text.append(own_shape::Fixed_Length);
+        text.Append(own_shape::Fixed_Length);
 }
 
-void Append_Field(String& text, const Field_Description& field, String_View attribute, std::size_t position) {
+void Append_Field(Text_Builder& text, const Field_Description& field, String_View attribute,
+                  std::size_t position) {
     Require_Held_By_XML(field.Name);
-    text.append(own_shape::Field_Begin);
+    text.Append(own_shape::Field_Begin);
     Append_Value(text, own_shape::Name, attribute);
     if (attribute != field.Name)
         Append_Value(text, own_shape::Own_Name, field.Name);
     Append_Value(text, own_shape::Number, Decimal_Text(static_cast<std::int64_t>(position)));
     Append_Type(text, field);
-    text.append(own_shape::Field_End);
+    text.Append(own_shape::Field_End);
 }
 
 String Make_Beginning() {
-    String text = u"<xml";
+    Text_Builder text;
+    text.Append(u"<xml");
     Append_Value(text, u" xmlns:s='", Wide(format::Schema_Namespace));
     Append_Value(text, u" xmlns:dt='", Wide(format::Datatype_Namespace));
     Append_Value(text, u" xmlns:rs='", Wide(format::Rowset_Namespace));
     Append_Value(text, u" xmlns:z='", Wide(format::Row_Namespace));
-    return text + u">\n  <s:Schema id='RowsetSchema'>\n    <s:ElementType name='row' content='eltOnly'>\n";
+    text.Append(u">\n  <s:Schema id='RowsetSchema'>\n    <s:ElementType name='row' content='eltOnly'>\n");
+    return String(text.Finish().View());
 }
 
 } // namespace
@@ -155,13 +159,14 @@ bool own_shape::Is_Legal_Name(String_View name) {
            !automation::Equal_Ignoring_Case(name.substr(0, 3), u"xml");
 }
 
-Writer::Writer(std::vector<Field_Description> fields) : text(own_shape::Beginning()) {
+Writer::Writer(std::vector<Field_Description> fields) {
+    text.Append(own_shape::Beginning());
     const auto names = Attributes_Of(fields);
     for (std::size_t index = 0; index < fields.size(); ++index) {
         Append_Field(text, fields[index], names[index], index + 1);
         attributes.push_back(own_shape::Before_Value(names[index]));
     }
-    text.append(own_shape::Data_Begin);
+    text.Append(own_shape::Data_Begin);
 }
 
 void Writer::Add_Row(const std::vector<std::optional<String>>& values) {
@@ -170,16 +175,16 @@ void Writer::Add_Row(const std::vector<std::optional<String>>& values) {
     for (const auto& value : values)
         if (value && Plain_Length(*value) < value->size())
             Require_Held_By_XML(*value);
-    text.append(own_shape::Row_Begin);
+    text.Append(own_shape::Row_Begin);
     for (std::size_t index = 0; index < values.size(); ++index)
         if (values[index])
             Append_Value(text, attributes[index], *values[index]);
-    text.append(own_shape::Row_End);
+    text.Append(own_shape::Row_End);
 }
 
-String Writer::Finish() && {
-    text.append(own_shape::End);
-    return std::move(text);
+automation::Text Writer::Finish_Text() && {
+    text.Append(own_shape::End);
+    return text.Finish();
 }
 
 } // namespace recordset

@@ -41,6 +41,9 @@ public:
         record.As_Block = automation::Text(text).Detach();
     }
     Variant(const String& text) : Variant(String_View(text)) {}
+    Variant(automation::Text&& text) noexcept : Variant(Variant_Type::Text) {
+        record.As_Block = text.Detach();
+    }
     Variant(const char16_t* text) : Variant(String_View(text)) {}
     Variant(const Reference<Unknown>& object) noexcept : Variant(Variant_Type::Object) {
         record.As_Object = object.Get();

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "automation/text.h"
+#include "automation/text_builder.h"
 
 namespace recordset {
 
@@ -26,11 +27,12 @@ public:
     // text.
     void Add_Row(const std::vector<std::optional<automation::String>>& values);
     // The whole document; the writer is spent afterwards.
-    automation::String Finish() &&;
+    automation::Text Finish_Text() &&;
+    automation::String Finish() && { return automation::String(std::move(*this).Finish_Text().View()); }
 
 private:
     std::vector<automation::String> attributes; // what stands before each field's value in a row
-    automation::String text;
+    automation::Text_Builder text;
 };
 
 } // namespace recordset
