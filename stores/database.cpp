@@ -142,9 +142,17 @@ bool Statement::Next(Row& row) {
         if (!row[index])
             row[index].emplace();
         if (!automation::Convert_UTF8(*column, *row[index]))
-            throw automation::Failure(automation::Status_Unspecified,
-                                      u"The store holds a text that is not UTF-8");
+            Refuse_Other_Than_UTF8();
     }
+    return true;
+}
+
+bool Statement::Next(UTF8_Row& row) {
+    if (!Fetch())
+        return false;
+    row.resize(out.size());
+    for (std::size_t index = 0; index < out.size(); ++index)
+        row[index] = Column(index);
     return true;
 }
 
@@ -158,6 +166,10 @@ std::optional<Byte_Row> Statement::First_Row(const Values& values) {
     while (Fetch())
         continue;
     return row;
+}
+
+void Refuse_Other_Than_UTF8() {
+    throw automation::Failure(automation::Status_Unspecified, u"The store holds a text that is not UTF-8");
 }
 
 Database::Database(const Location& location) : Place(location) {

@@ -38,6 +38,11 @@ using Values = std::vector<Value>;
 using Row = std::vector<std::optional<automation::String>>;
 // The same as the bytes that the store holds: UTF-8, unless somebody has put something else there.
 using Byte_Row = std::vector<std::optional<std::string>>;
+// The same as long as the database lends them.
+using UTF8_Row = std::vector<std::optional<std::string_view>>;
+
+// What Next fails with.
+[[noreturn]] void Refuse_Other_Than_UTF8();
 
 // A statement that is prepared at its first run and may run again with other values. Which of the values
 // are keys must not change from one run to the next.
@@ -47,6 +52,8 @@ public:
     void Run(const Values& values = {});
     // The next row of the last run, written over `row`; false when there is none.
     bool Next(Row& row);
+    // The same as the store holds it; the texts last until the next call.
+    bool Next(UTF8_Row& row);
     // Runs it to its end, and gives the first row.
     std::optional<Byte_Row> First_Row(const Values& values = {});
 

@@ -25,8 +25,9 @@ Variant Recordset_Of(const Store& store, const std::vector<std::string>& stateme
         for (const auto& sql : statements) {
             Statement select(session, sql, fields.size());
             select.Run(keys);
-            for (Row row; select.Next(row);)
-                writer.Add_Row(row);
+            for (UTF8_Row row; select.Next(row);)
+                if (!writer.Add_UTF8_Row(row))
+                    Refuse_Other_Than_UTF8();
         }
     });
     return Variant(std::move(writer).Finish_Text());

@@ -50,20 +50,34 @@ String_View Escape_Of(char16_t unit) {
     return {};
 }
 
-// `begin` ends with the quote that the value stands behind.
-void Append_Value(Text_Builder& text, String_View begin, String_View value) {
-    text.Append(begin);
+void Append_Escaped(Text_Builder& text, String_View value) {
     while (!value.empty()) {
         const std::size_t plain = Plain_Length(value);
         text.Append(value.substr(0, plain));
         value.remove_prefix(plain);
         if (value.empty())
-            break;
+            return;
         const auto escape = Escape_Of(value.front());
         text.Append(escape.empty() ? value.substr(0, 1) : escape);
         value.remove_prefix(1);
     }
+}
+
+// `begin` ends with the quote that the value stands behind.
+void Append_Value(Text_Builder& text, String_View begin, String_View value) {
+    text.Append(begin);
+    Append_Escaped(text, value);
     text.Append(u'\'');
+}
+
+// Moves what is plain at the beginning of `utf8` to the text.
+void Take_Plain(Text_Builder& text, std::string_view& utf8) {
+    char16_t* const room = text.Room(utf8.size());
+    std::size_t plain = 0;
+    for (; plain < utf8.size() && Is_Plain(static_cast<unsigned char>(utf8[plain])); ++plain)
+        room[plain] = static_cast<unsigned char>(utf8[plain]);
+    text.Extend(plain);
+    utf8.remove_prefix(plain);
 }
 
 bool Is_Letter(char16_t unit) {
@@ -180,6 +194,39 @@ void Writer::Add_Row(const std::vector<std::optional<String>>& values) {
         if (values[index])
             Append_Value(text, attributes[index], *values[index]);
     text.Append(own_shape::Row_End);
+}
+
+bool Writer::Add_UTF8_Row(const std::vector<std::optional<std::string_view>>& values) {
+    if (values.size() != attributes.size())
+        automation::Raise(automation::run_time::Invalid_Argument);
+    const std::size_t before = text.Length();
+    try {
+        text.Append(own_shape::Row_Begin);
+        bool is_utf8 = true;
+        for (std::size_t index = 0; index < values.size(); ++index)
+            is_utf8 = is_utf8 && (!values[index] || Add_UTF8(attributes[index], *values[index]));
+        text.Append(own_shape::Row_End);
+        if (!is_utf8)
+            text.Cut(before);
+        return is_utf8;
+    } catch (...) {
+        text.Cut(before);
+        throw;
+    }
+}
+
+// Mostly the value goes straight from one form into the other.
+bool Writer::Add_UTF8(String_View begin, std::string_view value) {
+    text.Append(begin);
+    Take_Plain(text, value);
+    if (!value.empty()) {
+        if (!automation::Convert_UTF8(value, converted))
+            return false;
+        Require_Held_By_XML(converted);
+        Append_Escaped(text, converted);
+    }
+    text.Append(u'\'');
+    return true;
 }
 
 automation::Text Writer::Finish_Text() && {

@@ -23,13 +23,23 @@ public:
     ~Text_Builder() { Automation_Free(block); }
 
     void Append(String_View text) {
-        if (text.size() > capacity - length)
-            Grow(text.size());
-        if (!text.empty())
-            std::memcpy(Units() + length, text.data(), text.size() * sizeof(char16_t));
-        length += text.size();
+        if (text.empty())
+            return;
+        std::memcpy(Room(text.size()), text.data(), text.size() * sizeof(char16_t));
+        Extend(text.size());
     }
     void Append(char16_t unit) { Append({&unit, 1}); }
+
+    // Room for so many units behind the text, of which Extend makes some a part of it.
+    char16_t* Room(std::size_t units) {
+        if (units > capacity - length)
+            Grow(units);
+        return Units() + length;
+    }
+    void Extend(std::size_t units) noexcept { length += units; }
+
+    std::size_t Length() const noexcept { return length; }
+    void Cut(std::size_t shorter) noexcept { length = shorter; }
 
     // The builder is empty afterwards.
     Text Finish();

@@ -26,12 +26,17 @@ public:
     // text cannot be held; the row is then left out. A value of an Integer or a Long field is its decimal
     // text.
     void Add_Row(const std::vector<std::optional<automation::String>>& values);
+    // The same with texts in UTF-8; false when one is not, and the row is left out.
+    bool Add_UTF8_Row(const std::vector<std::optional<std::string_view>>& values);
     // The whole document; the writer is spent afterwards.
     automation::Text Finish_Text() &&;
     automation::String Finish() && { return automation::String(std::move(*this).Finish_Text().View()); }
 
 private:
+    bool Add_UTF8(automation::String_View begin, std::string_view value);
+
     std::vector<automation::String> attributes; // what stands before each field's value in a row
+    automation::String converted;               // one value at a time
     automation::Text_Builder text;
 };
 
