@@ -70,14 +70,13 @@ void Append_Value(Text_Builder& text, String_View begin, String_View value) {
     text.Append(u'\'');
 }
 
-// Moves what is plain at the beginning of `utf8` to the text.
-void Take_Plain(Text_Builder& text, std::string_view& utf8) {
-    char16_t* const room = text.Room(utf8.size());
+// Moves what is plain at the beginning of `utf8` to `target`; gives the end there.
+char16_t* Take_Plain(char16_t* target, std::string_view& utf8) {
     std::size_t plain = 0;
     for (; plain < utf8.size() && Is_Plain(static_cast<unsigned char>(utf8[plain])); ++plain)
-        room[plain] = static_cast<unsigned char>(utf8[plain]);
-    text.Extend(plain);
+        *target++ = static_cast<unsigned char>(utf8[plain]);
     utf8.remove_prefix(plain);
+    return target;
 }
 
 bool Is_Letter(char16_t unit) {
@@ -217,14 +216,20 @@ bool Writer::Add_UTF8_Row(const std::vector<std::optional<std::string_view>>& va
 
 // Mostly the value goes straight from one form into the other.
 bool Writer::Add_UTF8(String_View begin, std::string_view value) {
-    text.Append(begin);
-    Take_Plain(text, value);
-    if (!value.empty()) {
-        if (!automation::Convert_UTF8(value, converted))
-            return false;
-        Require_Held_By_XML(converted);
-        Append_Escaped(text, converted);
-    }
+    char16_t* const room = text.Room(begin.size() + value.size() + 1);
+    char16_t* end = Take_Plain(std::copy(begin.begin(), begin.end(), room), value);
+    if (value.empty())
+        *end++ = u'\'';
+    text.Extend(static_cast<std::size_t>(end - room));
+    return value.empty() || Add_Converted(value);
+}
+
+// What is left of a value from the first character that is not plain.
+bool Writer::Add_Converted(std::string_view value) {
+    if (!automation::Convert_UTF8(value, converted))
+        return false;
+    Require_Held_By_XML(converted);
+    Append_Escaped(text, converted);
     text.Append(u'\'');
     return true;
 }

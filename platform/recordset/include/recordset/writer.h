@@ -34,6 +34,7 @@ public:
 
 private:
     bool Add_UTF8(automation::String_View begin, std::string_view value);
+    bool Add_Converted(std::string_view value);
 
     std::vector<automation::String> attributes; // what stands before each field's value in a row
     automation::String converted;               // one value at a time
