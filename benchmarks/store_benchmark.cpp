@@ -3,65 +3,24 @@
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>
 
-#include <filesystem>
-
-#include "classes/class_table.h"
-#include "interfaces/product_components.h"
-#include "recordset/recordset.h"
-#include "stores/store.h"
-#include "table.h"
+#include "sample_store.h"
 
 namespace {
 
+using namespace benchmarks;
 using automation::Variant;
-using benchmarks::Require;
-
-constexpr int Nodes = 32'767;
-
-// A store of its own with the default node and the others, for as long as the program runs.
-class Sample_Store {
-public:
-    Sample_Store() {
-        Require(mkdtemp(folder.data()) != nullptr, "a folder");
-        stores::Use_Store(stores::Store::Create("sqlite:" + Path(), Nodes - 1));
-        recordset::Offer_Classes();
-        for (const auto& served : stores::Classes())
-            classes::Provide_Class({served.Program_Identity, served.Class_Identity, served.Create});
-    }
-    ~Sample_Store() {
-        stores::Use_Store(nullptr);
-        std::filesystem::remove_all(folder);
-    }
-    std::string Path() const { return folder + "/store"; }
-
-private:
-    std::string folder = (std::filesystem::temp_directory_path() / "store_benchmark_XXXXXX").string();
-};
-
-Variant Answer(interfaces::NODES& nodes) {
-    Variant answer;
-    automation::Check(nodes.Get_Style_Nodes(Variant(u"1"), Variant(u"1"), answer));
-    return answer;
-}
 
 void Store_To_Text(benchmark::State& state) {
     const auto nodes = automation::Create_Bound<interfaces::NODES>(interfaces::NODES::Program_Identity);
     for (auto _ : state)
-        Require(!Answer(*nodes).Text().empty(), "the nodes' text");
+        Require(!Style_Nodes(*nodes).Text().empty(), "the nodes' text");
 }
 
 void Store_To_Recordset(benchmark::State& state) {
     const auto nodes = automation::Create_Bound<interfaces::NODES>(interfaces::NODES::Program_Identity);
     for (auto _ : state) {
-        const Variant answer = Answer(*nodes);
-        const auto stream = automation::Create_Bound<recordset::Stream>(recordset::Stream_Program_Identity);
-        stream->Open();
-        stream->Write_Text(answer.Text());
-        stream->Set_Position(0);
-        const auto rows =
-            automation::Create_Bound<recordset::Recordset>(recordset::Recordset_Program_Identity);
-        rows->Open(stream);
-        Require(rows->Record_Count() == Nodes, "every node");
+        const Variant answer = Style_Nodes(*nodes);
+        Require(Opened(answer.Text())->Record_Count() == Most_Nodes, "every node");
     }
 }
 
@@ -93,7 +52,7 @@ void SQLite_To_Table(benchmark::State& state, const std::string& path, const std
         benchmarks::Table table;
         for (const char* const statement : sql)
             Fill(table, connection, statement);
-        Require(table.Row_Ends.size() == Nodes, "every node");
+        Require(table.Row_Ends.size() == Most_Nodes, "every node");
     }
     sqlite3_close(connection);
 }
@@ -102,7 +61,7 @@ void SQLite_To_Table(benchmark::State& state, const std::string& path, const std
 
 int main(int count, char** arguments) {
     benchmark::Initialize(&count, arguments);
-    const Sample_Store store;
+    const Sample_Store store(Most_Nodes);
     BENCHMARK(Store_To_Text)->Unit(benchmark::kMicrosecond);
     BENCHMARK(Store_To_Recordset)->Unit(benchmark::kMicrosecond);
     const auto compare = [&](const char* name, std::vector<const char*> sql) {
