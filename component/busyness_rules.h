@@ -76,7 +76,6 @@ private:
 
     bool Node_Editor_Populated();
     Variant List_Nodes(); // the bookmark of the wanted node, or nothing
-    void List_Node(Integer number);
     void Make_Room_For_Default_Node();
     Integer Arrange_For_Default_Node();
     void Selected_Node_Not_Found();

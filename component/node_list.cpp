@@ -49,6 +49,8 @@ bool Busyness_Rules::Node_Editor_Populated() {
 // the default node is listed alone or not at all.
 Variant Busyness_Rules::List_Nodes() {
     auto& nodes = state.Nodes_Recordset;
+    const String type_name = Node_Type_Name_of(data::Style_Node_Type); // nothing in the loop can change it
+    auto& form = Form();
     Variant wanted;
     for (; !nodes->At_End(); nodes->Move_Next()) {
         const Integer number = Number_Of(*nodes);
@@ -62,16 +64,12 @@ Variant Busyness_Rules::List_Nodes() {
             if (state.Is_Editing_Default_Node || number >= state.Node_Number)
                 wanted = nodes->Bookmark();
         }
-        List_Node(number);
+        form.cmbNode.Add_Item(Node_Name_of(type_name, number));
+        form.lstSupervisedTypeID.Add_Item(nodes->Value(u"SuperviseID").To_Text());
         if (state.Is_Editing_Default_Node)
             break;
     }
     return wanted;
-}
-
-void Busyness_Rules::List_Node(Integer number) {
-    Form().cmbNode.Add_Item(Node_Name_of(Node_Type_Name_of(data::Style_Node_Type), number));
-    Form().lstSupervisedTypeID.Add_Item(state.Nodes_Recordset->Value(u"SuperviseID").To_Text());
 }
 
 void Busyness_Rules::Make_Room_For_Default_Node() {

@@ -125,6 +125,7 @@ bool Own_Shape_Reader::Take_Column(std::uint32_t column) {
 std::optional<Row_Store> Own_Shape_Reader::Read() {
     if (!Take(own_shape::Beginning()) || !Take_Fields())
         return std::nullopt;
+    store.Reserve(rest.size() / 2, rest.size() / 16); // mostly enough, and untouched memory costs nothing
     while (Take(own_shape::Row_Begin))
         if (!Take_Row())
             return std::nullopt;

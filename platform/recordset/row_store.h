@@ -39,7 +39,11 @@ public:
     // The same, cell by cell.
     void Add_Cell(Cell cell) { cells.push_back(cell); }
     void End_Row() { row_ends.push_back(static_cast<std::uint32_t>(cells.size())); }
-    // Gives back what growing has reserved in advance.
+    void Reserve(std::size_t bytes, std::size_t values) {
+        texts.reserve(bytes);
+        cells.reserve(values);
+    }
+    // Gives back what was reserved in advance.
     void Shrink();
 
     const std::vector<Field>& Fields() const { return fields; }
