@@ -6,9 +6,9 @@
 
 #include "classes/class_table.h"
 #include "interfaces/product_components.h"
-#include "recordset/recordset.h"
 #include "stores/store.h"
 #include "table.h"
+#include "texts.h"
 
 namespace benchmarks {
 
@@ -42,17 +42,6 @@ private:
     std::shared_ptr<stores::Store> store;
     std::string folder = (std::filesystem::temp_directory_path() / "benchmark_XXXXXX").string();
 };
-
-inline automation::Reference<recordset::Recordset> Opened(automation::String_View text) {
-    const auto stream = automation::Create_Bound<recordset::Stream>(recordset::Stream_Program_Identity);
-    stream->Open();
-    stream->Write_Text(text);
-    stream->Set_Position(0);
-    auto rows = automation::Create_Bound<recordset::Recordset>(recordset::Recordset_Program_Identity);
-    rows->Open(stream);
-    stream->Close();
-    return rows;
-}
 
 inline automation::Variant Style_Nodes(interfaces::NODES& nodes) {
     automation::Variant answer;

@@ -55,13 +55,7 @@ void Read_Recordset(benchmark::State& state) {
     recordset::Offer_Classes();
     const String& text = Text_Of(state);
     for (auto _ : state) {
-        const auto stream = automation::Create_Bound<recordset::Stream>(recordset::Stream_Program_Identity);
-        stream->Open();
-        stream->Write_Text(text);
-        stream->Set_Position(0);
-        const auto rows =
-            automation::Create_Bound<recordset::Recordset>(recordset::Recordset_Program_Identity);
-        rows->Open(stream);
+        const auto rows = benchmarks::Opened(text);
         Require(rows->Record_Count() == state.range(0), "every row");
     }
 }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "automation/number.h"
+#include "recordset/recordset.h"
 #include "recordset/writer.h"
 
 namespace benchmarks {
@@ -82,6 +83,18 @@ inline const String& Text(Shape shape, int rows) {
     if (text.empty())
         text = Make_Text(shape, rows);
     return text;
+}
+
+// As the editor opens it.
+inline automation::Reference<recordset::Recordset> Opened(automation::String_View text) {
+    const auto stream = automation::Create_Bound<recordset::Stream>(recordset::Stream_Program_Identity);
+    stream->Open();
+    stream->Lend_Text(text);
+    stream->Set_Position(0);
+    auto rows = automation::Create_Bound<recordset::Recordset>(recordset::Recordset_Program_Identity);
+    rows->Open(stream);
+    stream->Close();
+    return rows;
 }
 
 } // namespace benchmarks

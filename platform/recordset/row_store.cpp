@@ -15,10 +15,21 @@ void Row_Store::Add_Row(const Cells& row) {
     End_Row();
 }
 
+namespace {
+
+// What is nearly full is not copied for the rest.
+template <typename Content>
+void Give_Back(Content& content) {
+    if (content.capacity() - content.size() > content.size() / 4)
+        content.shrink_to_fit();
+}
+
+} // namespace
+
 void Row_Store::Shrink() {
-    texts.shrink_to_fit();
-    cells.shrink_to_fit();
-    row_ends.shrink_to_fit();
+    Give_Back(texts);
+    Give_Back(cells);
+    Give_Back(row_ends);
 }
 
 automation::Variant Row_Store::Value(std::size_t row, std::size_t field) const {

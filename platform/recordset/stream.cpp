@@ -1,6 +1,6 @@
 #include "stream.h"
 
-#include <algorithm>
+#include <utility>
 
 #include "failures.h"
 
@@ -22,13 +22,22 @@ public:
         Require_Open();
         open = false;
         text = String();
+        lent = {};
         at = 0;
     }
 
     void Write_Text(String_View written) override {
         Require_Open();
+        text.append(std::exchange(lent, {}));      // from now on it is the stream's own
         text.replace(at, written.size(), written); // what reaches beyond the end extends the text
         at += written.size();
+    }
+
+    void Lend_Text(String_View whole) override {
+        if (Size() > 0)
+            Fail(Stream_Program_Identity, number::Wrong_Arguments);
+        lent = whole;
+        at = whole.size();
     }
 
     std::int64_t Position() const override {
@@ -44,12 +53,12 @@ public:
 
     std::int64_t Size() const override {
         Require_Open();
-        return Bytes(text.size());
+        return Bytes(Content().size());
     }
 
     String_View Rest() const override {
         Require_Open();
-        return String_View(text).substr(at);
+        return Content().substr(at);
     }
 
 private:
@@ -60,8 +69,11 @@ private:
             Fail(Stream_Program_Identity, number::Object_Closed);
     }
 
+    String_View Content() const { return lent.empty() ? String_View(text) : lent; }
+
     bool open = false;
     String text;
+    String_View lent; // instead of a text of its own
     std::size_t at = 0;
 };
 

@@ -58,7 +58,7 @@ const List_Control::Entry& List_Control::At(Long index) const {
     return entries[static_cast<std::size_t>(index)];
 }
 
-void List_Control::Add_Item(String_View item) {
+void List_Control::Add_Item(String item) {
     Begin_Write();
     auto at = entries.end();
     if (sorted) {
@@ -67,7 +67,7 @@ void List_Control::Add_Item(String_View item) {
                           [&](const Entry& entry) { return automation::Case_Folded(entry.Text) > folded; });
     }
     newest = static_cast<Long>(at - entries.begin());
-    entries.insert(at, Entry{String(item)});
+    entries.insert(at, Entry{std::move(item)});
     if (selected >= newest)
         ++selected;
     Notify(Property::Items);

@@ -117,7 +117,10 @@ public:
         return String(record.Type == Automation_Text ? Text() : Converted(Variant_Type::Text).Text());
     }
     double To_Double() const { return Converted(Variant_Type::Double).record.As_Double; }
-    Integer To_Integer() const { return Converted(Variant_Type::Integer).record.As_Integer; }
+    Integer To_Integer() const {
+        const bool is_one = record.Type == Automation_Integer;
+        return is_one ? record.As_Integer : Converted(Variant_Type::Integer).record.As_Integer;
+    }
     Long To_Long() const { return Converted(Variant_Type::Long).record.As_Long; }
     bool To_Boolean() const { return Converted(Variant_Type::Boolean).record.As_Integer != 0; }
     Reference<Unknown> To_Object() const {

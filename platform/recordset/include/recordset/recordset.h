@@ -34,9 +34,12 @@ public:
     static constexpr automation::Identity Interface_Identity{
         0x6D1F2B84, 0x90C3, 0x4E57, {0xA1, 0x3E, 0x5C, 0x77, 0x20, 0xB9, 0x48, 0xD6}};
 
-    virtual void Open() = 0;                              // empty; 3705 when open
-    virtual void Close() = 0;                             // 3704 when closed, as every member below
-    virtual void Write_Text(String_View text) = 0;        // at the position, overwriting; no line separator
+    virtual void Open() = 0;                       // empty; 3705 when open
+    virtual void Close() = 0;                      // 3704 when closed, as every member below
+    virtual void Write_Text(String_View text) = 0; // at the position, overwriting; no line separator
+    // What Write_Text does to an empty stream, without a copy: the caller keeps the text as it is until the
+    // stream is closed or gone. 3001 when the stream holds something.
+    virtual void Lend_Text(String_View text) = 0;
     virtual std::int64_t Position() const = 0;            // bytes from the start, two a code unit
     virtual void Set_Position(std::int64_t position) = 0; // 3001 outside 0 .. Size or on half a unit
     virtual std::int64_t Size() const = 0;                // bytes

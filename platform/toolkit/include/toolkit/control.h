@@ -11,6 +11,7 @@
 // members are for toolkit/user_input.h only.
 #pragma once
 
+#include <deque>
 #include <functional>
 #include <optional>
 #include <vector>
@@ -187,7 +188,9 @@ public:
     using Text_Control::Text_Control;
 
     // Appends, or inserts by the text when the list is sorted.
-    void Add_Item(String_View item);
+    void Add_Item(String item);
+    void Add_Item(String_View item) { Add_Item(String(item)); }
+    void Add_Item(const char16_t* item) { Add_Item(String(item)); }
     void Clear();
     automation::Long Count() const;
     const String& Item(automation::Long index) const;                  // 381
@@ -216,7 +219,7 @@ private:
     };
     const Entry& At(automation::Long index) const;
 
-    std::vector<Entry> entries;
+    std::deque<Entry> entries; // a long list grows without being moved
     automation::Long selected = -1;
     automation::Long newest = -1;
     bool sorted = false;
