@@ -5,8 +5,7 @@
 #include <libxml/parserInternals.h>
 
 #include <QXmlStreamReader>
-#include <cstdlib>
-#include <map>
+#include <malloc.h>
 #include <pugixml.hpp>
 
 #include "automation/number.h"
@@ -51,6 +50,11 @@ void Check(const Table& table, const benchmark::State& state) {
     Require(table.Row_Ends.size() == static_cast<std::size_t>(state.range(0)), "every row");
 }
 
+std::size_t Bytes_In_Use() {
+    const auto heap = mallinfo2();
+    return heap.uordblks + heap.hblkhd;
+}
+
 void Read_Recordset(benchmark::State& state) {
     recordset::Offer_Classes();
     const String& text = Text_Of(state);
@@ -58,6 +62,9 @@ void Read_Recordset(benchmark::State& state) {
         const auto rows = benchmarks::Opened(text);
         Require(rows->Record_Count() == state.range(0), "every row");
     }
+    const std::size_t before = Bytes_In_Use();
+    const auto rows = benchmarks::Opened(text);
+    state.counters["MiB"] = static_cast<double>(Bytes_In_Use() - before) / (1 << 20U);
 }
 
 void Read_With_Pugixml(benchmark::State& state) {

@@ -10,6 +10,7 @@
 #include "automation/collection.h"
 #include "automation/number.h"
 #include "automation/text.h"
+#include "automation/text_builder.h"
 #include "failure_number.h"
 
 namespace {
@@ -41,6 +42,35 @@ TEST(Text, Malformed_UTF8) {
                              "\xE0\x9F\xBF", "\xF0\x8F\xBF\xBF", "\xED\xA0\x80", "\xED\xBF\xBF",
                              "\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "\xF8\x88\x80\x80\x80", "\xFF"})
         EXPECT_FALSE(From_UTF8("ab" + std::string(text))) << testing::PrintToString(text);
+}
+
+TEST(Text, UTF8_Beyond_ASCII_At_Every_Place) {
+    for (std::size_t place = 0; place < 20; ++place) {
+        const std::string before(place, 'x');
+        const String wide(place, u'x');
+        EXPECT_EQ(From_UTF8(before + "\xC3\xA4yyyyyyyyy"), wide + u"\u00E4yyyyyyyyy") << place;
+        EXPECT_FALSE(From_UTF8(before + "\x80yyyyyyyyy")) << place;
+        String reused = u"something that was there before";
+        EXPECT_TRUE(automation::Convert_UTF8(before, reused));
+        EXPECT_EQ(reused, wide);
+    }
+}
+
+TEST(Text, Builder_Gives_What_Was_Appended) {
+    automation::Text_Builder builder;
+    EXPECT_EQ(builder.Finish().View(), u"");
+    String whole;
+    for (char16_t unit = u'a'; unit < u'a' + 2000; ++unit) {
+        builder.Append(unit);
+        builder.Append(String(unit % 7, unit));
+        whole += String(unit % 7U + 1, unit);
+    }
+    builder.Append(u"gone");
+    builder.Cut(builder.Length() - 4);
+    automation::Text_Builder moved(std::move(builder));
+    EXPECT_EQ(moved.Finish().View(), whole);
+    moved.Append(u"again");
+    EXPECT_EQ(moved.Finish().View(), u"again");
 }
 
 TEST(Collections, Are_Keyed_Without_Regard_To_Case) {

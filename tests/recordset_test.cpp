@@ -36,6 +36,25 @@ TEST_F(Recordset_Test, Stream_Writes_At_Its_Position) {
     EXPECT_EQ(stream->Rest(), u"abcdXYZ");
 }
 
+TEST_F(Recordset_Test, Stream_Lent_A_Text_Is_As_If_It_Were_Written) {
+    const String text = u"abc";
+    auto stream = New<Stream>(u"ADODB.Stream");
+    EXPECT_EQ(Failure_Of([&] { stream->Lend_Text(text); }), "ADODB.Stream 3704");
+    stream->Open();
+    stream->Lend_Text(text);
+    EXPECT_EQ(stream->Position(), 6);
+    EXPECT_EQ(Failure_Of([&] { stream->Lend_Text(text); }), "ADODB.Stream 3001");
+    stream->Set_Position(2);
+    EXPECT_EQ(stream->Rest().data(), text.data() + 1) << "nothing is copied";
+    stream->Write_Text(u"XYZ");
+    EXPECT_EQ(text, u"abc");
+    stream->Set_Position(0);
+    EXPECT_EQ(stream->Rest(), u"aXYZ");
+    stream->Close();
+    stream->Open();
+    EXPECT_EQ(stream->Size(), 0);
+}
+
 TEST_F(Recordset_Test, Stream_Refuses) {
     auto stream = Stream_Of(u"abc");
     for (const std::int64_t position : {-2LL, -1LL, 1LL, 5LL, 8LL, std::numeric_limits<long long>::max()})

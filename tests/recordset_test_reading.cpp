@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "automation/text.h"
+#include "recordset/writer.h"
 #include "recordset_test_support.h"
 
 namespace {
@@ -220,6 +221,95 @@ TEST(Recordset_Reading, Time_Is_Linear_In_The_Text) {
 std::size_t Bytes_In_Use() {
     const struct mallinfo2 heap = mallinfo2();
     return heap.uordblks + heap.hblkhd;
+}
+
+// Everything about the rows that can be asked for, or that they cannot be read.
+std::string Read(const String& text) {
+    std::string all;
+    const auto failure = Failure_Of([&] {
+        auto rows = Opened(text);
+        for (automation::Long field = 0; field < rows->Field_Count(); ++field)
+            all += automation::To_UTF8(rows->Field_Name(field)) + "|";
+        all += All_Values(*rows);
+    });
+    return failure + " " + all;
+}
+
+// The short way for the writer's own shape, against the parser: a comment at the end is all that leads there.
+TEST(Recordset_Reading, The_Writers_Own_Shape_Is_Read_As_The_Parser_Reads_It) {
+    recordset::Writer writer({{u"N", recordset::Field_Type::Integer},
+                              {u"L", recordset::Field_Type::Long},
+                              {u"T", recordset::Field_Type::Text, 30},
+                              {u"a & b"}});
+    writer.Add_Row({u"1", u"70000", u"x & <y>", u"Gr\u00F6\u00DFe \U0001F4DE"});
+    writer.Add_Row({u"-2", {}, u"", String(9000, u'z')});
+    writer.Add_Row({{}, {}, {}, {}});
+    const String whole = std::move(writer).Finish();
+    const struct {
+        const char16_t *What, *Becomes;
+    } edits[] = {
+        {u"", u""},
+        {u"'N'", u"'T'"},     // two fields with one attribute
+        {u"'N'", u"'xmlns'"}, // the rows then declare a namespace
+        {u"'N'", u"'z:N'"},
+        {u"'N'", u"'n'"}, // the rows know none of that name
+        {u"'N'", u"'&#78;'"},
+        {u"a &amp; b", u"a &#38; b"},
+        {u"a &amp; b", u"a & b"},
+        {u"a &amp; b", u"a \t b"},
+        {u"rs:number='1'", u"rs:number='x'"},
+        {u"dt:maxLength='30'", u"dt:maxLength=''"},
+        {u"dt:type='i4'", u"dt:type='ui1'"}, // 70000 is none
+        {u"dt:type='i4'", u"dt:type='r8'"},
+        {u"dt:type='i4'", u"dt:type='I4'"},
+        {u"dt:type='string'", u"dt:type='i2'"},
+        {u" rs:nullable='true'", u""},
+        {u"70000", u"2147483648"},
+        {u"70000", u"+0000000000000000000000000000000000000000000000000000000000000000000000000000070000"},
+        {u"70000", u""},
+        {u"70000", u" 7"},
+        {u"'1'", u"\"1\""},
+        {u" N='1' L='70000'", u" L='70000' N='1'"},
+        {u" N='1'", u" N='1' N='1'"},
+        {u" N='1'", u"  N='1'"},
+        {u" N='1'", u" N = '1'"},
+        {u" N='1'", u" N='1' Z='2'"},
+        {u" N='1'", u" n='1'"},
+        {u" N='1'", u" N='1"},
+        {u"x &amp;", u"x &#38;"},
+        {u"x &amp;", u"x &#x9;&#xA;&#xD;&apos;&quot;&gt;"},
+        {u"x &amp;", u"x &amp"},
+        {u"x &amp;", u"x &nbsp;"},
+        {u"x &amp;", u"x <"},
+        {u"x &amp;", u"x > \""},
+        {u"x &amp;", u"x \t\n"},
+        {u"x &amp;", u"x \u0001"},
+        {u"x &amp;", u"x \uFFFE"},
+        {u"x &amp;", u"x \uFFFD\uE000\u0085\u2028"},
+        {u"\u00DF", u"\U0010FFFF"},
+        {u"/>\n    <z:row/>", u"/><z:row/>"},
+        {u"    <z:row/>\n", u""},
+        {u"<z:row/>", u"<z:row></z:row>"},
+        {u"<z:row/>", u"<z:Row/>"},
+        {u"<z:row/>", u"<y:row/>"},
+        {u"</rs:data>", u"</rs:datA>"},
+        {u"</xml>\n", u"</xml>"},
+        {u"</xml>\n", u"</xml>\n "},
+        {u"</xml>\n", u"</xml>\n<x/>"},
+        {u"#RowsetSchema'>", u"#rowsetSchema'>"},
+        {u"<xml", u"<?xml version='1.0'?><xml"},
+        {u"<xml", u"<Xml"},
+    };
+    for (const auto& edit : edits) {
+        String text = whole;
+        const auto at = text.find(edit.What);
+        ASSERT_NE(at, String::npos) << automation::To_UTF8(edit.What);
+        text.replace(at, String(edit.What).size(), edit.Becomes);
+        EXPECT_EQ(Read(text), Read(text + u"<!---->"))
+            << automation::To_UTF8(edit.What) << " -> " << automation::To_UTF8(edit.Becomes);
+    }
+    for (std::size_t cut = 0; cut < whole.size(); cut += cut < 1600 ? 1 : 97)
+        EXPECT_EQ(Read(whole.substr(0, cut)), "ADODB.Recordset -2147467259 ") << cut;
 }
 
 TEST(Recordset_Reading, Memory_Of_A_Full_Partition) {

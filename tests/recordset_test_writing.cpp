@@ -89,6 +89,37 @@ TEST(Recordset_Writing, Fields_Come_Back_As_They_Were) {
     }
 }
 
+TEST(Recordset_Writing, UTF8_Is_Written_As_The_Same_Text_In_UTF16) {
+    const String values[] = {u"",
+                             u"plain",
+                             u"a & b",
+                             u"&",
+                             u"'quoted' \"twice\" <x>",
+                             u"Gr\u00F6\u00DFe",
+                             u"\u2603 first",
+                             u"last \U0001F4DE",
+                             u"\t\n\r",
+                             u"\u007F",
+                             String(10000, u'x') + u"\u00E4"};
+    Writer wide({{u"A"}, {u"B"}});
+    Writer narrow({{u"A"}, {u"B"}});
+    for (const auto& value : values) {
+        const std::string utf8 = automation::To_UTF8(value);
+        wide.Add_Row({value, {}});
+        EXPECT_TRUE(narrow.Add_UTF8_Row({utf8, {}})) << utf8;
+    }
+    for (const std::string& text : std::initializer_list<std::string>{"\xFF", "a\xC3", "ab\xED\xA0\x80"})
+        EXPECT_FALSE(narrow.Add_UTF8_Row({"left out", text})) << testing::PrintToString(text);
+    for (const std::string& text : {std::string("a\0b", 3), std::string("\x1F"), std::string("\xEF\xBF\xBE")})
+        EXPECT_EQ(Failure_Of([&] {
+                      narrow.Add_UTF8_Row({"left out", text});
+                  }),
+                  " 5")
+            << testing::PrintToString(text);
+    EXPECT_EQ(Failure_Of([&] { narrow.Add_UTF8_Row({"of another width"}); }), " 5");
+    EXPECT_EQ(std::move(narrow).Finish(), std::move(wide).Finish());
+}
+
 TEST(Recordset_Writing, Refuses_What_XML_Cannot_Hold) {
     const String refused[] = {{u'\0'}, u"a\x08", u"\x0B", u"\x1F", u"\xFFFE", {0xD83D}, {0xDCDE, 0xD83D}};
     for (const auto& text : refused) {

@@ -66,6 +66,20 @@ TEST_P(Components, Nodes_Come_In_Ascending_Order_Behind_The_Default_Node_As_They
     EXPECT_EQ(Style_Nodes(u"2", u"1").size(), 1U) << "the fields alone";
 }
 
+TEST_P(Components, A_Text_That_Is_Not_UTF8_Fails_The_Read_And_A_NUL_In_One_Too) {
+    if (place.Where == Kind::Server)
+        return; // which takes neither
+    const auto read_with = [&](const std::string& blob) {
+        SQL("UPDATE style_node SET transfer = CAST(x'" + blob + "' AS TEXT) WHERE node_number = 12");
+        automation::Variant xml;
+        return Failure_Of(nodes->Get_Style_Nodes(u"1", u"1", xml));
+    };
+    EXPECT_EQ(read_with("C3A4"), "");
+    EXPECT_EQ(read_with("41FF"), "ZEBdb.NODES -2147467259");
+    EXPECT_EQ(read_with("EDA080"), "ZEBdb.NODES -2147467259");
+    EXPECT_EQ(read_with("410042"), "ZEBdb.NODES 5");
+}
+
 TEST_P(Components, Lists_Keep_Their_Own_Order_And_Odd_Rows) {
     SQL("DELETE FROM node_type; DELETE FROM threshold_type;"
         "INSERT INTO node_type VALUES (3, '5', 'A', 'B'), (1, NULL, 'C', NULL), (2, '5', NULL, 'D');"
