@@ -3,6 +3,7 @@
 #include "automation/text.h"
 
 #include <algorithm>
+#include <cstring>
 #include <iterator>
 #include <utility>
 
@@ -114,7 +115,7 @@ bool Row_Builder::Read_Row(Attributes attributes) {
     forced_nulls.clear();
     Column* expected = &followers.front();
     for (; *attributes; attributes += 2) {
-        const Column column = Column_Of(attributes[0], *expected);
+        const Column column = Is_Column(*expected, attributes[0]) ? *expected : Column_Of(attributes[0]);
         if (column != No_Column) {
             if (!Read_Value(column, attributes[1]))
                 return false;
@@ -142,7 +143,7 @@ void Row_Builder::Read_Forced_Nulls(std::string_view names) {
     constexpr std::string_view blanks = " \t\r\n";
     while (!names.empty()) {
         const auto name = names.substr(0, names.find_first_of(blanks));
-        const Column column = Column_Of(name, 0);
+        const Column column = Column_Of(name);
         if (column != No_Column)
             forced_nulls.push_back({column, 0});
         names.remove_prefix(std::min(name.size() + 1, names.size()));
@@ -150,9 +151,11 @@ void Row_Builder::Read_Forced_Nulls(std::string_view names) {
     Sort_By_Field(forced_nulls);
 }
 
-Row_Builder::Column Row_Builder::Column_Of(std::string_view attribute, Column expected) const {
-    if (expected < columns.size() && columns[expected] == attribute)
-        return expected;
+bool Row_Builder::Is_Column(Column column, const char* attribute) const {
+    return column < columns.size() && std::strcmp(columns[column].c_str(), attribute) == 0;
+}
+
+Row_Builder::Column Row_Builder::Column_Of(std::string_view attribute) const {
     const auto found =
         std::lower_bound(by_name.begin(), by_name.end(), attribute,
                          [this](Column column, std::string_view wanted) { return columns[column] < wanted; });

@@ -37,7 +37,8 @@ private:
     bool Read_Row(Attributes attributes);
     bool Read_Value(Column column, std::string_view text);
     void Read_Forced_Nulls(std::string_view names);
-    Column Column_Of(std::string_view attribute, Column expected) const;
+    bool Is_Column(Column column, const char* attribute) const;
+    Column Column_Of(std::string_view attribute) const;
 
     Row_Type row_type = Row_Type::Missing;
     Row_Store store;
