@@ -10,7 +10,8 @@ OTHERS = {"Libxml2": "libxml2 SAX2", "Qt": "QXmlStreamReader"}
 
 
 def minima(paths):
-    """The least time of each benchmark in microseconds, and its last counters."""
+    """The least processor time of each benchmark in microseconds, with "wall " before its name the least time on the
+    clock, and its last result."""
     times, counters = {}, {}
     for path in paths:
         with open(path, encoding="utf-8") as file:
@@ -19,7 +20,9 @@ def minima(paths):
             if result["run_type"] != "iteration":
                 continue
             name = result["run_name"].removesuffix("/manual_time")
-            times[name] = min(times.get(name, float("inf")), result["real_time"])
+            own_clock = result["run_name"] != name
+            for key, time in ((name, "real_time" if own_clock else "cpu_time"), ("wall " + name, "real_time")):
+                times[key] = min(times.get(key, float("inf")), result[time])
             counters[name] = result
     return times, counters
 
@@ -49,22 +52,23 @@ def other_ratios(times):
     yield "navigation step, 32767 nodes / 100 nodes", times["Step/32767"], times["Step/100"], 1.10
     yield "a key and its deletion, 32767 nodes / 100 nodes", times["Two_Keys/32767"], times["Two_Keys/100"], 1.10
     yield "a save / the re-read of its list, 32767 nodes", times["Save/32767"], times["Reread/32767"], 1.25
+    yield ("... with what the disk takes, on the clock", times["wall Save/32767"], times["wall Reread/32767"], None)
 
 
 def main(paths):
     times, counters = minima(paths)
     missed = 0
-    print(f"| {'figure':69} | {'µs':>8} | {'against':>8} | ratio | bar   |\n|{'-' * 71}|---------:|---------:|------:|-------|")
+    print(f"| {'figure':70} | {'µs':>8} | {'against':>8} | ratio | bar   |\n|{'-' * 72}|---------:|---------:|------:|-------|")
     for figure, own, other, bar in [*text_ratios(times), *other_ratios(times)]:
         met = bar is None or own / other <= bar
         missed += not met
         verdict = "" if bar is None else f"{bar}" + ("" if met else " MISSED")
-        print(f"| {figure:69} | {own:8.1f} | {other:8.1f} | {own / other:5.2f} | {verdict:5} |")
+        print(f"| {figure:70} | {own:8.1f} | {other:8.1f} | {own / other:5.2f} | {verdict:5} |")
     for shape in (0, 1):
         added = counters[f"Read_Recordset/rows:32767/shape:{shape}"]["MiB"]
         met = added <= 10
         missed += not met
-        print(f"| {'memory added by 32767 rows in MiB, ' + SHAPES[shape]:69} | {'':8} | {'':8} | {added:5.1f} | "
+        print(f"| {'memory added by 32767 rows in MiB, ' + SHAPES[shape]:70} | {'':8} | {'':8} | {added:5.1f} | "
               f"{'10' if met else '10 MISSED':5} |")
     sys.exit(1 if missed else 0)
 
