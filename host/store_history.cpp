@@ -55,7 +55,7 @@ std::string Escaped(char16_t unit) {
     constexpr const char* digits = "0123456789abcdef";
     std::string text = "\\u";
     for (unsigned shift = 16; shift > 0; shift -= 4)
-        text += digits[(unit >> (shift - 4)) & 15U];
+        text += digits[(static_cast<unsigned>(unit) >> (shift - 4)) & 15U];
     return text;
 }
 
