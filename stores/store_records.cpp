@@ -202,7 +202,7 @@ private:
         place.Store->Data().Operate([&](soci::session& session) {
             if (!at.Prepared)
                 at.Prepared = std::make_unique<Statements>(session);
-            Change change(*at.Prepared, *place.Editor, "Apply", {part, std::move(keys)});
+            Change change(*at.Prepared, *place.Editor, "store apply", {part, std::move(keys)});
             action(change);
         });
     }

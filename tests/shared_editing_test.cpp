@@ -86,6 +86,34 @@ TEST_P(Shared_Editing, Who_Saves_Second_Is_Told_Who_Was_First_And_Can_Open_The_N
         << "nothing of the refused save";
 }
 
+TEST_P(Shared_Editing, Applied_Lines_Are_News_To_An_Editor_And_Stand_In_The_History) {
+    const std::string undo = (session.Folder() / "undo").string();
+    const auto apply = [&](const std::string& lines, std::vector<std::string> options) {
+        const Temporary_Folder home;
+        options.insert(options.begin(), {"store", "apply", "-", "--store", place.URL});
+        const auto outcome = program_run::Run(STYLE_EDITOR, options, home, home.String(), lines);
+        EXPECT_EQ(outcome.Status, 0) << outcome.Errors;
+    };
+    session.On_Line = [&](const Line& line) {
+        if (line.at("event") == "form")
+            apply("{\"NodeNumber\":12,\"Hookflash\":700,\"SuperviseID\":0}\n", {"--undo", undo});
+    };
+    const Lines lines = session.Play("shown 1 1 12\npaste cmbHookFlash 600\nshow form\nclick cmdApply\n");
+    EXPECT_EQ(
+        Only(lines, "result")[0].at("ErrDescription").get<std::string>().rfind("Node 12 was changed by ", 0),
+        0U);
+    EXPECT_EQ(Hook_Flash(), "700");
+    apply(Bytes_Of_File(undo), {"--restore", "--undo", undo + "2"});
+    EXPECT_EQ(Hook_Flash(), "500");
+    const auto noted =
+        place.SQL("SELECT record, old_values IS NULL, new_values IS NULL FROM change_log WHERE "
+                  "operation = 'store apply' AND record <> 'node_entry' ORDER BY change");
+    EXPECT_EQ(noted, (Texts{{"style_node", "0", "0"},
+                            {"partial_detail", "0", "1"},
+                            {"style_node", "0", "0"},
+                            {"partial_detail", "1", "0"}}));
+}
+
 TEST_P(Shared_Editing, Processes_That_Save_At_The_Same_Time_Lose_Nothing) {
     constexpr int Processes = 4, Rounds = 5;
     std::array<Lines, Processes> played;
