@@ -11,7 +11,6 @@
 #include "dialog_answers.h"
 #include "host/setup.h"
 #include "node_edit.h"
-#include "recordset/recordset.h"
 #include "store_choice.h"
 #include "text_file.h"
 
@@ -218,7 +217,6 @@ auto With_Store(const Common_Options& options, const Streams& streams, Body&& bo
     Transcript unused(streams.Out);
     Setup setup(options, unused);
     setup.Start();
-    recordset::Offer_Classes();
     try {
         return body();
     } catch (const automation::Failure& failure) {

@@ -144,7 +144,7 @@ std::vector<Node_Edit::Changed_Value> Node_Edit::Changed_Values() const {
 }
 
 void Node_Edit::Refuse(std::size_t kind, std::size_t index, const Stored& value, const std::string& rule) {
-    Refusals.push_back(Full_Name(kind, index) + " " + JSON_Text(value) + ": " + rule);
+    Refusals.push_back(Full_Name(kind, index) + " " + Shown(value) + ": " + rule);
 }
 
 void Node_Edit::Ask(std::set<Question>& questions) const {
@@ -176,7 +176,7 @@ void Node_Edit::Take(const Dialog_Answers& answers) {
 
 std::vector<std::string> Node_Edit::Changes() const {
     std::vector<std::string> changes;
-    const auto text = [](const Stored* value) { return value ? JSON_Text(*value) : std::string("(none)"); };
+    const auto text = [](const Stored* value) { return value ? Shown(*value) : std::string("(none)"); };
     for (const Changed_Value& value : Changed_Values())
         if (!Is_Time_Of_Change(value.Kind, value.Index))
             changes.push_back(Full_Name(value.Kind, value.Index) + " " + text(value.Old) + " -> " +

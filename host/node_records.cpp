@@ -7,7 +7,7 @@
 #include "automation/create.h"
 #include "automation/number.h"
 #include "automation/text.h"
-#include "recordset/recordset.h"
+#include "store_answers.h"
 
 namespace host {
 
@@ -50,16 +50,6 @@ String Wide(std::string_view ascii) {
 
 Stored Stored_Value(const Variant& value) {
     return value.Is_Null() ? Stored() : Stored(value.To_Text());
-}
-
-automation::Reference<recordset::Recordset> Opened(const Variant& xml) {
-    auto stream = automation::Create_Bound<recordset::Stream>(recordset::Stream_Program_Identity);
-    stream->Open();
-    stream->Write_Text(xml.To_Text());
-    stream->Set_Position(0);
-    auto records = automation::Create_Bound<recordset::Recordset>(recordset::Recordset_Program_Identity);
-    records->Open(stream);
-    return records;
 }
 
 // A name in a line: a value of the node's own record or the record of a type.
@@ -249,8 +239,8 @@ Wanted_Node Parse_Node(const std::string& text) {
     return wanted;
 }
 
-std::string JSON_Text(const Stored& value) {
-    return JSON(value).dump();
+std::string Shown(const Stored& value) {
+    return value ? "\"" + Visible(*value) + "\"" : "null";
 }
 
 } // namespace host

@@ -91,6 +91,7 @@ struct Line_Error : std::runtime_error {
 };
 Wanted_Node Parse_Node(const std::string& line); // Line_Error
 
-std::string JSON_Text(const Stored& value);
+// For a person; what a terminal would not show as it is, is escaped.
+std::string Shown(const Stored& value);
 
 } // namespace host

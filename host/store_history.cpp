@@ -1,7 +1,5 @@
 #include "store_history.h"
 
-#include <array>
-
 #include <nlohmann/json.hpp>
 
 #include "automation/create.h"
@@ -10,7 +8,7 @@
 #include "interfaces/store_history.h"
 #include "interfaces/store_keeper.h"
 #include "own_modules.h"
-#include "recordset/recordset.h"
+#include "store_answers.h"
 #include "store_choice.h"
 
 namespace host {
@@ -27,56 +25,8 @@ automation::Reference<Store_History> History() {
     return automation::Create_Bound<Store_History>(interfaces::Store_Keeper::Program_Identity);
 }
 
-Rows Opened(const Variant& xml) {
-    recordset::Offer_Classes();
-    const auto stream = automation::Create_Bound<recordset::Stream>(recordset::Stream_Program_Identity);
-    stream->Open();
-    stream->Write_Text(xml.Text());
-    stream->Set_Position(0);
-    auto rows = automation::Create_Bound<recordset::Recordset>(recordset::Recordset_Program_Identity);
-    rows->Open(stream);
-    return rows;
-}
-
 Variant Choice(const std::optional<Integer>& number) {
     return number ? Variant(*number) : Variant();
-}
-
-struct Range {
-    char16_t First, Last;
-};
-// Controls, what joins or turns text, line separators, the first half of tags, and halves without the other.
-constexpr std::array Unseen{Range{0, 0x1F},        Range{0x7F, 0x9F},     Range{0xAD, 0xAD},
-                            Range{0x61C, 0x61C},   Range{0x180E, 0x180E}, Range{0x200B, 0x200F},
-                            Range{0x2028, 0x202E}, Range{0x2060, 0x206F}, Range{0xFEFF, 0xFEFF},
-                            Range{0xFFF9, 0xFFFB}, Range{0xDB40, 0xDB40}};
-
-std::string Escaped(char16_t unit) {
-    constexpr const char* digits = "0123456789abcdef";
-    std::string text = "\\u";
-    for (unsigned shift = 16; shift > 0; shift -= 4)
-        text += digits[(static_cast<unsigned>(unit) >> (shift - 4)) & 15U];
-    return text;
-}
-
-// As it stands, but for quotes, backslashes and what is not to be seen.
-std::string Visible(automation::String_View text) {
-    std::string visible;
-    automation::String plain;
-    const auto flush = [&] { visible += automation::To_UTF8(std::exchange(plain, {})); };
-    for (const char16_t unit : text) {
-        const bool is_unseen = std::any_of(Unseen.begin(), Unseen.end(), [&](const Range& range) {
-            return unit >= range.First && unit <= range.Last;
-        });
-        if (!is_unseen && unit != u'"' && unit != u'\\') {
-            plain += unit;
-            continue;
-        }
-        flush();
-        visible += is_unseen ? Escaped(unit) : std::string("\\") + static_cast<char>(unit);
-    }
-    flush();
-    return visible;
 }
 
 std::string Value_Shown(const ordered_json& value) {

@@ -7,13 +7,13 @@
 #include <new>
 
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 
 #include "automation/unknown.h"
 #include "classes/registration.h"
 #include "editor_session.h"
 #include "host/script_display.h"
 #include "host/setup.h"
+#include "sqlite_rows.h"
 #include "style_node/editor.h"
 
 namespace {
@@ -89,7 +89,7 @@ void Act(toolkit::Form& form, toolkit::Hands& hands) {
 
 struct Played {
     enum class End { Shown, Recorded, Not_Created } Ended; // of the first job
-    std::string Store;                                     // what is in it
+    stores_test::Rows Store;                               // what is in it
     long Allocations;
 };
 
@@ -147,23 +147,15 @@ private:
         return shown ? Played::End::Shown : Played::End::Recorded;
     }
 
-    std::string Dumped() const {
+    stores_test::Rows Dumped() const {
         std::string text;
-        sqlite3* store = nullptr;
-        EXPECT_EQ(sqlite3_open(Path().c_str(), &store), SQLITE_OK);
-        const auto add = [](void* out, int columns, char** texts, char**) {
-            for (int column = 0; column < columns; ++column)
-                *static_cast<std::string*>(out) +=
-                    std::string(texts[column] ? texts[column] : "<null>") + "|";
-            return 0;
-        };
-        EXPECT_EQ(sqlite3_exec(store,
-                               "PRAGMA integrity_check; SELECT * FROM style_node; SELECT * FROM full_detail; "
-                               "SELECT * FROM enhanced_detail; SELECT label FROM node_entry",
-                               add, &text, nullptr),
-                  SQLITE_OK);
-        sqlite3_close(store);
-        return text;
+        EXPECT_EQ(stores_test::SQL(Path(), "PRAGMA integrity_check"), (stores_test::Rows{{"ok"}}));
+        stores_test::Rows rows;
+        for (const char* select : {"SELECT * FROM style_node", "SELECT * FROM full_detail",
+                                   "SELECT * FROM enhanced_detail", "SELECT label FROM node_entry"})
+            for (const auto& row : stores_test::SQL(Path(), select))
+                rows.push_back(row);
+        return rows;
     }
 
     Editor_Session session;

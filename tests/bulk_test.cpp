@@ -3,12 +3,10 @@
 #include <fstream>
 #include <sstream>
 
-#include <sqlite3.h>
 #include <sys/stat.h>
 
-#include <gtest/gtest.h>
-
 #include "editor_session.h"
+#include "sqlite_rows.h"
 
 namespace {
 
@@ -26,33 +24,16 @@ protected:
     }
     std::string Undo_File() const { return (session.Folder() / "undo").string(); }
 
+    std::string File() const { return session.Folder() / "store.db"; }
     // Every row of the tables that hold nodes.
-    std::vector<std::string> Rows() const {
-        std::vector<std::string> rows;
-        sqlite3* store = nullptr;
-        EXPECT_EQ(sqlite3_open((session.Folder() / "store.db").c_str(), &store), SQLITE_OK);
-        for (const char* table : {"style_node", "node_entry", "partial_detail", "full_detail",
-                                  "dialcontinue_detail", "enhanced_detail"}) {
-            const auto add = [](void* out, int columns, char** texts, char**) {
-                std::string row;
-                for (int column = 0; column < columns; ++column)
-                    row += std::string(texts[column] ? texts[column] : "<null>") + "|";
-                static_cast<std::vector<std::string>*>(out)->push_back(row);
-                return 0;
-            };
-            const std::string select =
-                "SELECT '" + std::string(table) + "', * FROM " + table + " ORDER BY 1, 2, 3, 4, 5";
-            EXPECT_EQ(sqlite3_exec(store, select.c_str(), add, &rows, nullptr), SQLITE_OK) << select;
-        }
-        sqlite3_close(store);
+    stores_test::Rows Rows() const {
+        stores_test::Rows rows;
+        for (const std::string table : {"style_node", "node_entry", "partial_detail", "full_detail",
+                                        "dialcontinue_detail", "enhanced_detail"})
+            for (const auto& row : stores_test::SQL(File(), "SELECT '" + table + "', * FROM " + table +
+                                                                " ORDER BY 1, 2, 3, 4, 5"))
+                rows.push_back(row);
         return rows;
-    }
-    void Store(const std::string& sql) const {
-        sqlite3* store = nullptr;
-        EXPECT_EQ(sqlite3_open((session.Folder() / "store.db").c_str(), &store), SQLITE_OK);
-        EXPECT_EQ(sqlite3_exec(store, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK)
-            << sqlite3_errmsg(store);
-        sqlite3_close(store);
     }
 
     Editor_Session session;
@@ -194,7 +175,8 @@ TEST_F(Bulk, Changes_What_The_Editor_Would) {
 
 TEST_F(Bulk, Undoes_Everything_With_The_File_That_It_Writes) {
     // What no dialog would write has to come back too.
-    Store(
+    stores_test::SQL(
+        File(),
         "UPDATE style_node SET hookflash = NULL, transfer = '99999999', supervise_id = '9' WHERE node_number "
         "= 9; "
         "UPDATE node_entry SET label = 'other' WHERE node_number = 3; "

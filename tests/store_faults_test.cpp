@@ -3,11 +3,8 @@
 #include <algorithm>
 #include <map>
 
-#include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
-#include <sqlite3.h>
-
 #include "program_run.h"
+#include "sqlite_rows.h"
 
 namespace {
 
@@ -71,24 +68,14 @@ protected:
 
     // What is in the tables of nodes; the time of the change only as whether it is another one.
     std::string State() const {
-        sqlite3* database = nullptr;
-        EXPECT_EQ(sqlite3_open(Path().c_str(), &database), SQLITE_OK);
-        const auto ask = [&](const char* sql) {
-            std::string text;
-            const auto add = [](void* out, int columns, char** texts, char**) {
-                for (int column = 0; column < columns; ++column)
-                    *static_cast<std::string*>(out) +=
-                        std::string(texts[column] ? texts[column] : "<null>") + "|";
-                return 0;
-            };
-            EXPECT_EQ(sqlite3_exec(database, sql, add, &text, nullptr), SQLITE_OK)
-                << sqlite3_errmsg(database);
-            return text;
-        };
-        EXPECT_EQ(ask("PRAGMA integrity_check"), "ok|");
-        const std::string state = ask("SELECT * FROM style_node") + ask("SELECT * FROM full_detail") +
-                                  ask("SELECT * FROM enhanced_detail") + ask("SELECT label FROM node_entry");
-        sqlite3_close(database);
+        EXPECT_EQ(stores_test::SQL(Path(), "PRAGMA integrity_check"), (stores_test::Rows{{"ok"}}));
+        std::string state;
+        for (const char* table : {"style_node", "full_detail", "enhanced_detail"})
+            for (const auto& row : stores_test::SQL(Path(), std::string("SELECT * FROM ") + table))
+                for (const auto& value : row)
+                    state += value + "|";
+        for (const auto& row : stores_test::SQL(Path(), "SELECT label FROM node_entry"))
+            state += row[0] + "|";
         return state;
     }
 

@@ -8,13 +8,13 @@
 #include <vector>
 
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 
 #include "automation/text.h"
 #include "classes/class_table.h"
 #include "interfaces/product_components.h"
 #include "private_server.h"
 #include "recordset_test_support.h"
+#include "sqlite_rows.h"
 #include "stores/store.h"
 #include "temporary_folder.h"
 
@@ -22,28 +22,8 @@ namespace stores_test {
 
 namespace fs = std::filesystem;
 
-using Row = std::vector<std::string>;
-using Rows = std::vector<Row>;
-
 inline std::string URL(const std::string& path) {
     return "sqlite:" + path;
-}
-
-// Runs SQL on the file past the store; the rows it gives, nulls as "<null>".
-inline Rows SQL(const std::string& path, const std::string& sql) {
-    const auto collect = [](void* rows, int columns, char** texts, char**) {
-        auto& row = static_cast<Rows*>(rows)->emplace_back();
-        for (int column = 0; column < columns; ++column)
-            row.emplace_back(texts[column] ? texts[column] : "<null>");
-        return 0;
-    };
-    Rows rows;
-    sqlite3* connection = nullptr;
-    EXPECT_EQ(sqlite3_open(path.c_str(), &connection), SQLITE_OK) << path;
-    EXPECT_EQ(sqlite3_exec(connection, sql.c_str(), collect, &rows, nullptr), SQLITE_OK)
-        << sql << ": " << sqlite3_errmsg(connection);
-    sqlite3_close(connection);
-    return rows;
 }
 
 // The answer of a reader: the names of its fields, then its records.
