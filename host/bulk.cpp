@@ -138,7 +138,7 @@ private:
         for (const Line_Edit& line : edits) {
             const std::string node = ", node " + std::to_string(line.Edit.After.Number) + ": ";
             for (const std::string& refusal : line.Edit.Refusals)
-                Say(line.Line, node + "refused: " + refusal);
+                Say(line.Line, std::string(node).append("refused: ").append(refusal));
             refused += line.Edit.Refusals.size();
             changed += line.Edit.Is_Change() ? 1U : 0U;
             for (const std::string& change :

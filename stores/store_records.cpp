@@ -207,7 +207,7 @@ private:
         });
     }
 
-    const Workplace place;
+    const Workplace place{};
     std::optional<Work> work; // under way
 };
 

@@ -27,8 +27,8 @@ AUTOMATION_BEGIN(Store_Records, Automation_Unknown, 0x362F08DA, 0x9601, 0x412C,
 #ifdef __cplusplus
 static constexpr automation::String_View Program_Identity = STORE_RECORDS_PROGRAM_IDENTITY;
 #endif
-/* From here to End, everything that this thread does to the store is one transaction on one state of it; if it
- * Writes, nobody else does meanwhile. A failure leaves it open, to be ended without Kept. */
+/* From here to End, everything that this thread does to the store is one transaction on one state of it; if
+ * it Writes, nobody else does meanwhile. A failure leaves it open, to be ended without Kept. */
 AUTOMATION_MEMBER(Begin, Automation_In Config_ID, Automation_In Partition_ID, Automation_Boolean Writes)
 /* Kept: the changes count from now on; else nothing has happened. The last reference's end is an End without
  * it. */
@@ -37,8 +37,8 @@ AUTOMATION_MEMBER(End, Automation_Boolean Kept)
 AUTOMATION_MEMBER(Read, int32_t Kind, Automation_Out Result)
 /* Puts one value of the next record to be written aside; Field is its name in Read's answer. */
 AUTOMATION_MEMBER(Set, Automation_In Field, Automation_In Value)
-/* Changes a record to the values put aside, which have to be all of its kind and are then forgotten. Each change
- * is noted in the store's history. */
+/* Changes a record to the values put aside, which have to be all of its kind and are then forgotten. Each
+ * change is noted in the store's history. */
 AUTOMATION_MEMBER(Write, int32_t Kind, int32_t Node)
 /* The same for a new detail record. */
 AUTOMATION_MEMBER(Add, int32_t Kind, int32_t Node)
