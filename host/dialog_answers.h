@@ -6,6 +6,7 @@
 #include <array>
 #include <map>
 #include <set>
+#include <tuple>
 
 #include "host/job.h"
 
@@ -16,7 +17,9 @@ namespace host {
 struct Question {
     String Control;
     String Text;
-    friend auto operator<=>(const Question&, const Question&) = default;
+    friend bool operator<(const Question& left, const Question& right) {
+        return std::tie(left.Control, left.Text) < std::tie(right.Control, right.Text);
+    }
 };
 
 constexpr std::size_t Supervised_Types = 5;

@@ -8,8 +8,6 @@ namespace stores {
 
 namespace {
 
-using automation::From_UTF8;
-
 // Seconds that an operation waits for another program's transaction.
 constexpr const char* Patience = " timeout=5";
 

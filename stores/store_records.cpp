@@ -92,7 +92,7 @@ Value Stored_Value(const Variant& value) {
 
 class Records final : public Component<interfaces::Store_Records> {
 public:
-    ~Records() {
+    ~Records() override {
         try {
             if (work)
                 Stop(false);
