@@ -109,7 +109,7 @@ private:
     std::size_t Field_Named(String_View name) const {
         const auto& fields = Rows().Fields();
         for (std::size_t index = 0; index < fields.size(); ++index)
-            if (automation::Equal_Ignoring_Case(fields[index].Name, name))
+            if (fields[index].Name == name || automation::Equal_Ignoring_Case(fields[index].Name, name))
                 return index;
         Fail(number::No_Such_Item);
     }
