@@ -25,6 +25,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         for (const auto& command : host::Parse_Script(script, controls)) {
             REQUIRE(command.Line > line && command.Line <= last);
             line = command.Line;
+            if (command.Written.ends_with(u'\r'))
+                continue; // alone, that would be a part of its line's end
             const auto alone = host::Parse_Script(automation::To_UTF8(command.Written), controls);
             REQUIRE(alone.size() == 1 && alone[0].Written == command.Written);
             REQUIRE(alone[0].Action == command.Action);
