@@ -6,13 +6,9 @@ namespace stores {
 
 namespace {
 
-const std::vector<std::string> Node_Keys{"config_id", "partition_id", "node_number"};
-
-Record_Kind Kind_Of(const Detail_Table& table) {
-    return {table.Name,
-            Node_Keys,
-            {"supervise_id", "retrieve", "busy_retry", "number_retries", "ring_limit", table.First_Busy,
-             table.Second_Busy, "ring_on", "ring_off"}};
+Values Joined(Values first, const Values& second) {
+    first.insert(first.end(), second.begin(), second.end());
+    return first;
 }
 
 // "a = :a AND b = :b": the placeholder of a column has its name.
@@ -23,20 +19,8 @@ std::string Equations(const std::vector<std::string>& columns, const std::string
     return text;
 }
 
-std::string List(const std::vector<std::string>& columns, const std::string& prefix = "") {
-    std::string text;
-    for (const std::string& column : columns)
-        text.append(text.empty() ? "" : ", ").append(prefix).append(column);
-    return text;
-}
-
 std::string Condition(const Record_Kind& kind) {
     return " WHERE " + Equations(kind.Keys, " AND ");
-}
-
-Values Joined(Values first, const Values& second) {
-    first.insert(first.end(), second.begin(), second.end());
-    return first;
 }
 
 Byte_Row Texts_Of(const Values& values) {
@@ -65,27 +49,6 @@ std::string Quoted(const std::string& bytes) {
 }
 
 } // namespace
-
-const Record_Kind& Node_Record() {
-    static const Record_Kind kind{"style_node",
-                                  Node_Keys,
-                                  {"hookflash", "threshold_type_id", "transfer", "disconnection",
-                                   "supervise_caption", "supervise_id", "node_description"}};
-    return kind;
-}
-
-const Record_Kind& Node_Entry() {
-    static const Record_Kind kind{
-        "node_entry", {"config_id", "partition_id", "node_number", "node_type_id"}, {"label", "changed"}};
-    return kind;
-}
-
-const Record_Kind& Detail_Record(const Detail_Table& table) {
-    static const std::array kinds{Kind_Of(Partial_Detail), Kind_Of(Full_Detail), Kind_Of(DialContinue_Detail),
-                                  Kind_Of(Enhanced_Detail)};
-    const auto* const at = std::find(Detail_Tables.begin(), Detail_Tables.end(), &table);
-    return kinds.at(static_cast<std::size_t>(at - Detail_Tables.begin()));
-}
 
 std::string Last_Change(soci::session& session) {
     const auto row = Statement(session, "SELECT last_change FROM change_counter", 1).First_Row();
@@ -135,10 +98,7 @@ void Change::Update(const Values& values) {
 }
 
 void Change::Insert(const Values& values) {
-    statements("INSERT INTO " + record.Kind.Table + " (" + List(record.Kind.Keys) + ", " +
-               List(record.Kind.Columns) + ") VALUES (" + List(record.Kind.Keys, ":") + ", " +
-               List(record.Kind.Columns, ":") + ")")
-        .Run(Joined(record.Keys, values));
+    statements(SQL_Insert(record.Kind)).Run(Joined(record.Keys, values));
     Note(std::nullopt, Texts_Of(values));
 }
 
@@ -152,7 +112,7 @@ void Change::Delete() {
 
 std::optional<Byte_Row> Change::Present() {
     const auto& columns = record.Kind.Columns;
-    return statements("SELECT " + List(columns) + " FROM " + record.Kind.Table + Condition(record.Kind),
+    return statements("SELECT " + SQL_List(columns) + " FROM " + record.Kind.Table + Condition(record.Kind),
                       columns.size())
         .First_Row(record.Keys);
 }

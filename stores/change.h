@@ -11,15 +11,6 @@
 
 namespace stores {
 
-// A kind of record: its table, keys (configuration, partition and node first) and value columns.
-struct Record_Kind {
-    std::string Table;
-    std::vector<std::string> Keys, Columns;
-};
-const Record_Kind& Node_Record();
-const Record_Kind& Node_Entry();                             // its fourth key is the node's type
-const Record_Kind& Detail_Record(const Detail_Table& table); // supervise_id is its first column
-
 // One record, and the values of its keys.
 struct Record {
     const Record_Kind& Kind;

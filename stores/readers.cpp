@@ -103,7 +103,7 @@ private:
     Status Get_Detail(const Detail_Table& table, const Variant& config, const Variant& partition,
                       const Variant& node, Variant& result) {
         return Serve([&] {
-            const std::string sql = "SELECT " + Detail_Columns(table) + " FROM " + table.Name +
+            const std::string sql = "SELECT " + SQL_List(Detail_Columns(table)) + " FROM " + table.Name +
                                     " WHERE config_id = :config AND partition_id = :partition "
                                     "AND node_number = :node";
             result = Recordset_Of(*place.Store, {sql}, Values_Of({&config, &partition, &node}),

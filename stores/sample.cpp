@@ -81,22 +81,17 @@ constexpr std::array Threshold_Types{
 class Node_Inserter {
 public:
     explicit Node_Inserter(soci::session& session)
-        : record(session, "INSERT INTO style_node (config_id, partition_id, node_number, node_description, "
-                          "supervise_id, supervise_caption, hookflash, threshold_type_id, transfer, "
-                          "disconnection) VALUES (:config, :partition, :node, :label, :supervise, :caption, "
-                          ":hookflash, :threshold, :transfer, :disconnection)"),
-          entry(session, "INSERT INTO node_entry (config_id, partition_id, node_type_id, node_number, label, "
-                         "changed) VALUES (:config, :partition, :type, :node, :label, :changed)"),
-          details{Statement(session, Insert_Detail(*Detail_Tables[0])),
-                  Statement(session, Insert_Detail(*Detail_Tables[1])),
-                  Statement(session, Insert_Detail(*Detail_Tables[2])),
-                  Statement(session, Insert_Detail(*Detail_Tables[3]))} {}
+        : record(session, SQL_Insert(Node_Record())), entry(session, SQL_Insert(Node_Entry())),
+          details{Statement(session, SQL_Insert(Detail_Record(*Detail_Tables[0]))),
+                  Statement(session, SQL_Insert(Detail_Record(*Detail_Tables[1]))),
+                  Statement(session, SQL_Insert(Detail_Record(*Detail_Tables[2]))),
+                  Statement(session, SQL_Insert(Detail_Record(*Detail_Tables[3])))} {}
 
     void Insert(const Node& node) {
         const auto type = static_cast<std::size_t>(node.Supervised_Type);
-        record.Run({node.Config, node.Partition, node.Number, node.Label, std::to_string(type),
-                    Captions[type], node.Hookflash, node.Threshold, node.Transfer, node.Disconnection});
-        entry.Run({node.Config, node.Partition, Style_Node_Type, node.Number, node.Label, Entry_Changed});
+        record.Run({node.Config, node.Partition, node.Number, node.Hookflash, node.Threshold, node.Transfer,
+                    node.Disconnection, Captions[type], std::to_string(type), node.Label});
+        entry.Run({node.Config, node.Partition, node.Number, Style_Node_Type, node.Label, Entry_Changed});
         if (!node.Record)
             return;
         Values values{node.Config, node.Partition, node.Number, std::to_string(type)};

@@ -75,22 +75,56 @@ automation::Long Stated_Version(soci::session& session) {
     return row && row->front() ? automation::To_Long(automation::From_UTF8_Replacing(*row->front())) : 0;
 }
 
+Record_Kind Kind_Of(const Detail_Table& table) {
+    Record_Kind kind{table.Name, {"config_id", "partition_id", "node_number"}, Detail_Columns(table)};
+    kind.Columns.insert(kind.Columns.begin(), "supervise_id");
+    return kind;
+}
+
 std::string How_To_Create(const Location& location) {
     return "create it with: style-editor store init --store " + location.Name;
 }
 
 } // namespace
 
-std::string Detail_Columns(const Detail_Table& table) {
-    return std::string("retrieve, busy_retry, number_retries, ring_limit, ") + table.First_Busy + ", " +
-           table.Second_Busy + ", ring_on, ring_off";
+std::vector<std::string> Detail_Columns(const Detail_Table& table) {
+    return {"retrieve",       "busy_retry",      "number_retries", "ring_limit",
+            table.First_Busy, table.Second_Busy, "ring_on",        "ring_off"};
 }
 
-std::string Insert_Detail(const Detail_Table& table) {
-    return std::string("INSERT INTO ") + table.Name +
-           " (config_id, partition_id, node_number, supervise_id, " + Detail_Columns(table) +
-           ") VALUES (:config, :partition, :node, :supervise, :retrieve, :retry, :retries, :limit, :busy1, "
-           ":busy2, :ring1, :ring2)";
+const Record_Kind& Node_Record() {
+    static const Record_Kind kind{"style_node",
+                                  {"config_id", "partition_id", "node_number"},
+                                  {"hookflash", "threshold_type_id", "transfer", "disconnection",
+                                   "supervise_caption", "supervise_id", "node_description"}};
+    return kind;
+}
+
+const Record_Kind& Node_Entry() {
+    static const Record_Kind kind{
+        "node_entry", {"config_id", "partition_id", "node_number", "node_type_id"}, {"label", "changed"}};
+    return kind;
+}
+
+const Record_Kind& Detail_Record(const Detail_Table& table) {
+    static const std::array kinds{Kind_Of(Partial_Detail), Kind_Of(Full_Detail), Kind_Of(DialContinue_Detail),
+                                  Kind_Of(Enhanced_Detail)};
+    const auto* const at = std::find(Detail_Tables.begin(), Detail_Tables.end(), &table);
+    return kinds.at(static_cast<std::size_t>(at - Detail_Tables.begin()));
+}
+
+std::string SQL_List(const std::vector<std::string>& columns, const std::string& prefix) {
+    std::string text;
+    for (const std::string& column : columns)
+        text.append(text.empty() ? "" : ", ").append(prefix).append(column);
+    return text;
+}
+
+std::string SQL_Insert(const Record_Kind& kind) {
+    std::vector<std::string> columns = kind.Keys;
+    columns.insert(columns.end(), kind.Columns.begin(), kind.Columns.end());
+    return "INSERT INTO " + kind.Table + " (" + SQL_List(columns) + ") VALUES (" + SQL_List(columns, ":") +
+           ")";
 }
 
 int Version_Of_Store(soci::session& session, const Location& location) {

@@ -31,11 +31,23 @@ inline constexpr Detail_Table Enhanced_Detail{"Enhanced", "enhanced_detail", "bu
 inline constexpr std::array Detail_Tables{&Partial_Detail, &Full_Detail, &DialContinue_Detail,
                                           &Enhanced_Detail};
 
-// The value columns of a detail record after the keys and supervise_id, in the order of the inserters'
-// arguments.
-std::string Detail_Columns(const Detail_Table& table);
-// Takes the three keys, supervise_id and the eight values.
-std::string Insert_Detail(const Detail_Table& table);
+// The value columns of a detail record behind supervise_id, in the order of the inserters' arguments.
+std::vector<std::string> Detail_Columns(const Detail_Table& table);
+
+// A kind of record that is kept for a node: its table, keys (configuration, partition and node first) and
+// value columns.
+struct Record_Kind {
+    std::string Table;
+    std::vector<std::string> Keys, Columns;
+};
+const Record_Kind& Node_Record();
+const Record_Kind& Node_Entry();                             // its fourth key is the node's type
+const Record_Kind& Detail_Record(const Detail_Table& table); // supervise_id is its first column
+
+// "a, b, c", each with the prefix.
+std::string SQL_List(const std::vector<std::string>& columns, const std::string& prefix = "");
+// Takes the keys and the values.
+std::string SQL_Insert(const Record_Kind& kind);
 
 // The version of the store in the database. Store_Error unless it holds the tables of one, in a version that
 // this program knows.
