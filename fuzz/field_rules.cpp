@@ -11,6 +11,7 @@
 #include "dialog/dlg_gui.h"
 #include "field_rule.h"
 #include "require.h"
+#include "toolkit/unseen_display.h"
 #include "toolkit/user_input.h"
 
 namespace {
@@ -21,17 +22,9 @@ using automation::String;
 namespace user = toolkit::user_input;
 
 // A person who sees the form and never answers anything but OK.
-class Watched_Display final : public toolkit::Display {
+class Watched_Display final : public toolkit::Unseen_Display {
 public:
-    toolkit::Size Screen_Size() const override { return {15360, 11520}; }
-    void Form_Loaded(toolkit::Form&) override {}
-    void Form_Unloaded(toolkit::Form&) override {}
-    void Form_Changed(toolkit::Form&, toolkit::Property) override {}
-    void Control_Changed(toolkit::Control&, toolkit::Property) override {}
-    void Focus_Changed(toolkit::Form&) override {}
-    void Pointer_Changed() override {}
     void Run_Modal(toolkit::Form&) override {} // the form stays visible
-    void Process_Pending_Messages() override {}
     Long Show_Message(const toolkit::Message&) override { return toolkit::answer::OK; }
 };
 

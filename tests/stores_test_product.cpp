@@ -4,7 +4,7 @@
 
 #include "automation/text.h"
 #include "stores_test_tools.h"
-#include "toolkit/display.h"
+#include "toolkit/unseen_display.h"
 
 namespace {
 
@@ -88,19 +88,11 @@ TEST_P(Components, Labels_With_The_Wrong_Quotes_Are_Refused) {
     EXPECT_EQ(Failure_Of(checker->Is_Label_Allowed(Variant::Null(), allowed)), "LabelChecker 94");
 }
 
-class Box_Display final : public toolkit::Display {
+class Box_Display final : public toolkit::Unseen_Display {
 public:
     Box_Display() { toolkit::Set_Display(this); }
     ~Box_Display() override { toolkit::Set_Display(nullptr); }
-    toolkit::Size Screen_Size() const override { return {}; }
-    void Form_Loaded(toolkit::Form&) override {}
-    void Form_Unloaded(toolkit::Form&) override {}
-    void Form_Changed(toolkit::Form&, toolkit::Property) override {}
-    void Control_Changed(toolkit::Control&, toolkit::Property) override {}
-    void Focus_Changed(toolkit::Form&) override {}
-    void Pointer_Changed() override {}
     void Run_Modal(toolkit::Form&) override {}
-    void Process_Pending_Messages() override {}
     Long Show_Message(const toolkit::Message& message) override {
         Shown.push_back(message);
         return Answer;

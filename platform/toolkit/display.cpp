@@ -4,25 +4,18 @@
 
 #include "automation/create.h"
 #include "toolkit/display_source.h"
+#include "toolkit/unseen_display.h"
 
 namespace toolkit {
 
 namespace {
 
-class No_Display : public Display {
+class No_Display : public Unseen_Display {
 public:
-    Size Screen_Size() const override { return {15360, 11520}; }
-    void Form_Loaded(Form&) override {}
-    void Form_Unloaded(Form&) override {}
-    void Form_Changed(Form&, Property) override {}
-    void Control_Changed(Control&, Property) override {}
-    void Focus_Changed(Form&) override {}
-    void Pointer_Changed() override {}
     void Run_Modal(Form&) override {
         throw automation::Failure(automation::Status_Unspecified,
                                   u"There is no display to show the dialog on");
     }
-    void Process_Pending_Messages() override {}
     automation::Long Show_Message(const Message&) override { return answer::Not_Shown; }
 };
 

@@ -1,7 +1,7 @@
 // A Display without a screen: message boxes get the answers that the script has queued, and a modal dialog
 // is handed to whoever plays the script. A window that is played does the same with it as its player.
 //
-// The screen is 15360 x 11520 twips. Belongs to one thread.
+// Belongs to one thread.
 #pragma once
 
 #include <deque>
@@ -9,10 +9,11 @@
 
 #include "host/script.h"
 #include "toolkit/hands.h"
+#include "toolkit/unseen_display.h"
 
 namespace host {
 
-class Script_Display final : public toolkit::Display, public toolkit::Player {
+class Script_Display final : public toolkit::Unseen_Display, public toolkit::Player {
 public:
     // Acts on the dialog until it is not visible any more.
     std::function<void(toolkit::Form&, toolkit::Hands&)> On_Modal;
@@ -21,15 +22,7 @@ public:
     // From now on boxes are answered so that a dialog closes: a save question with discard, others with OK.
     void Answer_To_Close() { closing = true; }
 
-    toolkit::Size Screen_Size() const override { return {15360, 11520}; }
-    void Form_Loaded(toolkit::Form&) override {}
-    void Form_Unloaded(toolkit::Form&) override {}
-    void Form_Changed(toolkit::Form&, toolkit::Property) override {}
-    void Control_Changed(toolkit::Control&, toolkit::Property) override {}
-    void Focus_Changed(toolkit::Form&) override {}
-    void Pointer_Changed() override {}
     void Run_Modal(toolkit::Form& form) override { Play(form, bare); }
-    void Process_Pending_Messages() override {}
     Long Show_Message(const toolkit::Message& message) override { return Answer(message); }
 
     void Play(toolkit::Form& form, toolkit::Hands& hands) override { On_Modal(form, hands); }
