@@ -26,10 +26,7 @@ std::string Condition(const Record_Kind& kind) {
 Byte_Row Texts_Of(const Values& values) {
     Byte_Row texts;
     for (const Value& value : values)
-        if (const auto* text = std::get_if<std::string>(&value.Held))
-            texts.emplace_back(*text);
-        else
-            texts.emplace_back();
+        texts.push_back(value.Text);
     return texts;
 }
 
@@ -68,7 +65,7 @@ Change::Change(Statements& statements, const Visit& visit, std::string operation
 
 void Change::Require_Unchanged() {
     const auto& keys = record.Keys;
-    const auto mark = visit.Read_At(std::get<int>(keys[0].Held), std::get<int>(keys[1].Held));
+    const auto mark = visit.Read_At(*keys[0].Key, *keys[1].Key);
     if (!mark)
         return;
     const auto row =
@@ -81,8 +78,8 @@ void Change::Require_Unchanged() {
         throw automation::Failure(
             automation::Status_Unspecified,
             automation::From_UTF8_Replacing(
-                "Node " + std::to_string(std::get<int>(keys[2].Held)) + " was changed by " +
-                (*row)[0].value_or("somebody") + " at " + (*row)[1].value_or("some time") +
+                "Node " + std::to_string(*keys[2].Key) + " was changed by " + (*row)[0].value_or("somebody") +
+                " at " + (*row)[1].value_or("some time") +
                 " (UTC), after it was read here; open it again to see what it holds now, and then save"));
 }
 

@@ -71,7 +71,7 @@ Statement::Statement(soci::session& session, std::string text, std::size_t colum
 void Statement::Prepare(const Values& values) {
     in.resize(values.size());
     for (std::size_t index = 0; index < values.size(); ++index) {
-        if (std::holds_alternative<int>(values[index].Held))
+        if (values[index].Key)
             statement.exchange(soci::use(in[index].Key));
         else
             statement.exchange(soci::use(in[index].Text, in[index].State));
@@ -90,13 +90,13 @@ void Statement::Run(const Values& values) {
     if (!prepared)
         Prepare(values);
     for (std::size_t index = 0; index < values.size(); ++index) {
-        const auto& held = values[index].Held;
+        const Value& value = values[index];
         Slot& slot = in[index];
-        slot.State = std::holds_alternative<std::monostate>(held) ? soci::i_null : soci::i_ok;
-        if (const auto* key = std::get_if<int>(&held))
-            slot.Key = *key;
-        else if (const auto* text = std::get_if<std::string>(&held))
-            slot.Text = *text;
+        slot.State = value.Key || value.Text ? soci::i_ok : soci::i_null;
+        if (value.Key)
+            slot.Key = *value.Key;
+        else if (value.Text)
+            slot.Text = *value.Text;
     }
     Watchdog::Ask();
     statement.execute(out.empty());

@@ -9,7 +9,6 @@
 #include <mutex>
 #include <optional>
 #include <string>
-#include <variant>
 #include <vector>
 
 #include "automation/failure.h"
@@ -21,16 +20,18 @@
 
 namespace stores {
 
-// What is bound to a placeholder: a key, a text, or null (a null pointer).
+// What is bound to a placeholder: a key, a text, or null (a null pointer). No std::variant: that of g++ 12
+// destroys a text that it has not made when memory runs out for a copy.
 struct Value {
-    Value(int key) : Held(key) {}
-    Value(std::string text) : Held(std::move(text)) {}
+    Value(int key) : Key(key) {}
+    Value(std::string text) : Text(std::move(text)) {}
     Value(const char* text) {
         if (text)
-            Held = std::string(text);
+            Text = text;
     }
 
-    std::variant<std::monostate, int, std::string> Held;
+    std::optional<int> Key;
+    std::optional<std::string> Text;
 };
 using Values = std::vector<Value>;
 
