@@ -152,6 +152,18 @@ TEST_F(Window_Test, Tab_Walks_The_Stops_In_Both_Directions_And_Leaves_Texts_Alon
     });
 }
 
+TEST_F(Window_Test, Whoever_Moves_By_Tab_Sees_The_Focus) {
+    While_Up([&] {
+        Press(Qt::Key_Tab);
+        for (int step = 0; step < 10; ++step) {
+            const toolkit::Control& stop = *form->Focused();
+            const QImage focused = The(stop).grab().toImage();
+            Press(Qt::Key_Tab);
+            EXPECT_NE(The(stop).grab().toImage(), focused) << automation::To_UTF8(stop.Name());
+        }
+    });
+}
+
 TEST_F(Window_Test, Picking_Raises_Click_Every_Time_And_Typing_An_Entry_Never) {
     While_Up([&] {
         Press(Qt::Key_Tab);

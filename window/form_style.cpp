@@ -1,5 +1,6 @@
 #include "form_style.h"
 
+#include <QAbstractButton>
 #include <QLineEdit>
 #include <QPainter>
 #include <QStyleOptionComboBox>
@@ -112,16 +113,30 @@ bool Is_Marked(const QStyleOption& option) {
            (button && (button->features & QStyleOptionButton::DefaultButton));
 }
 
-// The style outlines everything darker than the window, which on a dark one nobody sees.
-void Outline(const QStyleOption& option, QPainter& painter, bool round) {
-    const QRectF place = QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5);
-    const double radius = round ? place.width() / 2 : 2;
+void Draw_Line(QPainter& painter, const QRectF& place, double radius, const QColor& color) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Line_Color(option.palette));
+    painter.setPen(color);
     painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(place, radius, radius);
     painter.restore();
+}
+
+// The style outlines everything darker than the window, which on a dark one nobody sees.
+void Outline(const QStyleOption& option, QPainter& painter, bool round) {
+    const QRectF place = QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5);
+    Draw_Line(painter, place, round ? place.width() / 2 : 2, Line_Color(option.palette));
+}
+
+// The style outlines the default button and the one with the focus alike.
+bool Is_Seen_To_Have_Focus(const QStyleOption& option) {
+    constexpr auto By_Keys = QStyle::State_HasFocus | QStyle::State_KeyboardFocusChange;
+    return (option.state & By_Keys) == By_Keys;
+}
+
+void Mark_Focus(const QStyleOption& option, QPainter& painter) {
+    Draw_Line(painter, QRectF(option.rect).adjusted(2.5, 2.5, -2.5, -2.5), 2,
+              option.palette.color(QPalette::Highlight));
 }
 
 } // namespace
@@ -133,6 +148,9 @@ void Form_Style::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
     const bool outlined = round || element == PE_FrameLineEdit || element == PE_PanelButtonCommand;
     if (element == PE_Frame || (outlined && Is_Dark(option->palette) && !Is_Marked(*option)))
         Outline(*option, *painter, round);
+    const bool is_button = qobject_cast<const QAbstractButton*>(widget); // and not the arrow of a combo box
+    if (element == PE_PanelButtonCommand && is_button && Is_Seen_To_Have_Focus(*option))
+        Mark_Focus(*option, *painter);
 }
 
 void Form_Style::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,

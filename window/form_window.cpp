@@ -67,6 +67,8 @@ protected:
             event->ignore();
     }
     bool focusNextPrevChild(bool forward) override {
+        setAttribute(
+            Qt::WA_KeyboardFocusChange); // styles mark a focused button for those only who move by keys
         window.Tab_Came(forward);
         return true;
     }
