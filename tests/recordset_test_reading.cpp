@@ -135,7 +135,7 @@ TEST(Recordset_Reading, Types_Of_Values_In_Any_Locale) {
         std::vector<std::string> Refused;
     } cases[] = {
         {"i1", Integer, {{"-128", "-128"}}, {"128"}},
-        {"i2", Integer, {{"-32768", "-32768"}, {"+7", "7"}}, {"", "32768", "+-7", "+", " 7", "7 ", "\u0663"}},
+        {"i2", Integer, {{"-32768", "-32768"}, {"+7", "7"}}, {"32768", "+-7", "+", " 7", "7 ", "\u0663"}},
         {"i2", Integer, {}, {"7.0", "1,000", "1e3", "0x10"}},
         {"i4", Long, {{"2147483647", "2147483647"}}, {"2147483648"}},
         {"i8", Long_Long, {{"-9223372036854775808", "-9223372036854775808"}}, {"9223372036854775808"}},
@@ -144,16 +144,13 @@ TEST(Recordset_Reading, Types_Of_Values_In_Any_Locale) {
         {"ui4", Long_Long, {{"4294967295", "4294967295"}}, {"4294967296"}},
         {"ui8", Double, {{"18446744073709551615", "1.84467440737096E+19"}}, {"18446744073709551616"}},
         {"r4", Single, {{"1.5", "1.5"}}, {"1e39"}},
-        {"r8",
-         Double,
-         {{"-1.25E+2", "-125"}, {"1e-400", "0"}},
-         {"1e400", "1,5", "5-", "inf", "nan", ".", ""}},
+        {"r8", Double, {{"-1.25E+2", "-125"}, {"1e-400", "0"}}, {"1e400", "1,5", "5-", "inf", "nan", "."}},
         {"float", Double, {{".5", "0.5"}, {"12.", "12"}}, {}},
         {"fixed.14.4",
          Currency,
          {{"-0.0001", "-0.0001"}, {"-.5", "-0.5"}},
          {"922337203685477.5808", "1.", "-"}},
-        {"boolean", Boolean, {{"0", "False"}, {"-1", "True"}, {"True", "True"}}, {"2", "yes", ""}},
+        {"boolean", Boolean, {{"0", "False"}, {"-1", "True"}, {"True", "True"}}, {"2", "yes"}},
         {"dateTime", Date, {{"2004-02-29T13:05:09", "2/29/2004 1:05:09 PM"}}, {"2004-02-29T13:05"}},
         {"dateTime", Date, {{"1850-01-02T12:00:00.000000000", "1/2/1850 12:00:00 PM"}}, {"2004-02-29T"}},
         {"dateTime", Date, {}, {"2003-02-29T13:05:09", "2004-02-29 13:05:09", "2004-02-29T24:00:00"}},
@@ -169,6 +166,8 @@ TEST(Recordset_Reading, Types_Of_Values_In_Any_Locale) {
             rows->Move_Next();
             EXPECT_TRUE(rows->Value(0).Is_Null());
         }
+        EXPECT_EQ(Opened(With_Value(type.Name, ""))->Value(0).Type(), automation::Variant_Type::Text)
+            << type.Name;
         for (const auto& text : type.Refused)
             EXPECT_FALSE(Is_Readable(With_Value(type.Name, text))) << type.Name << " '" << text << "'";
     }

@@ -211,6 +211,10 @@ std::optional<Variant> Decoded_Text(std::string_view utf8) {
     return Variant(automation::From_UTF8(utf8).value_or(automation::String()));
 }
 
+std::optional<Variant> Decoded_As(Decoder type, std::string_view attribute) {
+    return attribute.empty() ? Decoded_Text(attribute) : type(attribute);
+}
+
 Decoder Decoder_Of(std::string_view type_name) {
     const auto* found = std::find_if(Named_Types.begin(), Named_Types.end(),
                                      [type_name](const auto& type) { return type.Name == type_name; });

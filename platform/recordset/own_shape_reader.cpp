@@ -119,7 +119,7 @@ bool Own_Shape_Reader::Take_Column(std::uint32_t column) {
     if (decode == Decoded_Text)
         return true;
     const auto value = texts.Short_Value();
-    return value && decode(*value);
+    return value && Decoded_As(decode, *value);
 }
 
 std::optional<Row_Store> Own_Shape_Reader::Read() {

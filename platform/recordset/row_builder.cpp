@@ -133,7 +133,7 @@ bool Row_Builder::Read_Row(Attributes attributes) {
 
 bool Row_Builder::Read_Value(Column column, std::string_view text) {
     const Decoder decode = store.Fields()[column].Decode;
-    if (decode != Decoded_Text && !decode(text))
+    if (decode != Decoded_Text && !Decoded_As(decode, text))
         return false;
     row.push_back({column, store.Keep(text)});
     return true;

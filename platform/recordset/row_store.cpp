@@ -39,7 +39,7 @@ automation::Variant Row_Store::Value(std::size_t row, std::size_t field) const {
         first, end, field, [](const Cell& cell, std::size_t wanted) { return cell.Field < wanted; });
     if (found == end || found->Field != field)
         return automation::Variant::Null();
-    return *fields[field].Decode(Text(found->Text));
+    return *Decoded_As(fields[field].Decode, Text(found->Text));
 }
 
 } // namespace recordset
