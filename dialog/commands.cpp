@@ -8,20 +8,19 @@ using automation::Add;
 using automation::Subtract;
 
 void dlgGUI::Connect_Commands() {
-    using Target = std::function<Integer(Integer, Integer)>;
+    using Target = std::function<Integer(Integer)>;
     auto connect_navigation = [this](Command_Button& button, String_View handler, bool backward,
                                      Target target) {
         button.On_Click = [this, handler, backward, target = std::move(target)] {
             Navigate(handler, backward, target);
         };
     };
-    connect_navigation(cmdFirst, u"cmdFirst_Click", true, [](Integer, Integer) { return Integer{0}; });
+    connect_navigation(cmdFirst, u"cmdFirst_Click", true, [](Integer) { return Integer{0}; });
     connect_navigation(cmdPrevious, u"cmdPrevious_Click", true,
-                       [](Integer index, Integer) { return Subtract(index, Integer{1}); });
+                       [](Integer index) { return Subtract(index, Integer{1}); });
     connect_navigation(cmdNext, u"cmdNext_Click", false,
-                       [](Integer index, Integer) { return Add(index, Integer{1}); });
-    connect_navigation(cmdLast, u"cmdLast_Click", false,
-                       [](Integer, Integer count) { return Subtract(count, Integer{1}); });
+                       [](Integer index) { return Add(index, Integer{1}); });
+    connect_navigation(cmdLast, u"cmdLast_Click", false, [this](Integer) { return Last_Entry(); });
 
     cmbNode.On_Click = [this] { Handle(u"cmbNode_Click", [this] { cmbNode_Click(); }); };
     cmdApply.On_Click = [this] { Handle(u"cmdApply_Click", [this] { cmdApply_Click(); }); };
@@ -52,14 +51,17 @@ void dlgGUI::cmbNode_Click() {
     remember();
 }
 
+Integer dlgGUI::Last_Entry() const {
+    return Subtract(automation::To_Integer(static_cast<double>(cmbNode.Count())), Integer{1});
+}
+
 void dlgGUI::Navigate(String_View handler, bool backward,
-                      const std::function<Integer(Integer index, Integer count)>& target) {
+                      const std::function<Integer(Integer index)>& target) {
     Handle(handler, [&] {
         const Integer index = automation::To_Integer(static_cast<double>(cmbNode.Selected_Index()));
-        const Integer count = automation::To_Integer(static_cast<double>(cmbNode.Count()));
-        const bool acts = backward ? index > 0 : index < Subtract(count, Integer{1});
+        const bool acts = backward ? index > 0 : index < Last_Entry();
         if (acts && The_Owner().Changes_Verified())
-            cmbNode.Set_Selected_Index(target(index, count));
+            cmbNode.Set_Selected_Index(target(index));
         Close_After_Error();
     });
 }

@@ -74,6 +74,23 @@ TEST_F(Commands, Without_Changes_Every_Move_Is_Made_And_Nothing_Is_Asked) {
     EXPECT_EQ(Only(lines, "refused").size(), 3U) << "switched off at the end of the list, and never visible";
 }
 
+// A product that has gone wrong may list more nodes than an Integer counts: backwards is still a way.
+TEST_F(Commands, Beyond_16_Bits_Only_Moves_That_Need_The_End_Of_The_List_Overflow) {
+    const Rows nodes(33000, {"5", "five", "0", "500", "7"});
+    const Options list = Reply(session, "Get_Style_Nodes", Style_Nodes(nodes));
+    const struct {
+        const char *Button, *Error;
+    } cases[] = {{"cmdPrevious", ""},
+                 {"cmdFirst", ""},
+                 {"cmdNext", "[KOR_STYLE_Node][dlgGUI]cmdNext_Click"},
+                 {"cmdLast", "[KOR_STYLE_Node][dlgGUI]cmdLast_Click"}};
+    for (const auto& row : cases) {
+        const Lines lines =
+            session.Play("shown 1 1 5\npick cmbNode 2\nclick " + std::string(row.Button), list);
+        EXPECT_EQ(Last_Of(lines, "result").at("ErrLocation"), row.Error) << row.Button;
+    }
+}
+
 TEST_F(Commands, With_Changes_A_Move_Asks_Once) {
     enum class End { Moved, Stayed };
     const struct {

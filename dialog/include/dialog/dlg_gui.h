@@ -123,8 +123,8 @@ private:
     void Write_Starting_Values();
 
     void cmbNode_Click();
-    void Navigate(String_View handler, bool backward,
-                  const std::function<Integer(Integer index, Integer count)>& target);
+    Integer Last_Entry() const; // of the node list; Overflow beyond 16 bits
+    void Navigate(String_View handler, bool backward, const std::function<Integer(Integer index)>& target);
     void cmdApply_Click();
     void cmdOK_Click();
     void Form_Unload(bool& cancel);
