@@ -80,7 +80,8 @@ INSTANTIATE_TEST_SUITE_P(Script, Displayed, testing::ValuesIn(Script_Names()),
 TEST(Displayed_Player, Does_What_The_Bare_Controls_Do) {
     const std::string jobs[] = {
         // keys, some of them refused, and texts that no key gives
-        "type txtDescription \"a\\tb\\u00e9\\uD83D\\uDE00\\nz\"\nshow\nbackspace txtDescription 3\nshow\n"
+        "type txtDescription \"a\\tb\\u00e9\\uD83D\\uDE00\\nz\\uD800\"\nshow\nbackspace txtDescription "
+        "3\nshow\n"
         "type cmbHookFlash \"x-1 9\"\nshow cmbHookFlash\nbackspace cmbHookFlash 99\nshow cmbHookFlash\n",
         // over the limits
         "paste txtDescription \"012345678901234567890123456789012345678901234567890123456789\"\nshow\n"
@@ -106,6 +107,15 @@ TEST(Displayed_Player, Does_What_The_Bare_Controls_Do) {
             Expect_Equal(bare, Play("-", {"--trace"}, place, script));
         }
     }
+}
+
+// In the middle of Qt's offscreen screen of 800 x 800 pixels, frame and all.
+TEST(Displayed_Player, Tells_Where_The_Form_Lies_With_Its_Frame) {
+    constexpr int Screen = 800 * 15;
+    const Outcome outcome = Play("-", {}, "--window", "shown 1 1 12\nshow form\n");
+    const json form = json::parse(Comparable(outcome.Out).at(0));
+    for (const auto& [place, extent] : {std::pair("left", "width"), std::pair("top", "height")})
+        EXPECT_NEAR(form.at(place), (Screen - form.at(extent).get<int>()) / 2, 15) << form;
 }
 
 } // namespace

@@ -65,7 +65,7 @@ toolkit::Seen_Control Look_At(const toolkit::Control& control, const QWidget& wi
 }
 
 toolkit::Seen_Form Look_At(const toolkit::Form& form, const QWidget& dialog, double scale) {
-    toolkit::Rectangle place = Twips(dialog.geometry(), scale);
+    toolkit::Rectangle place = Twips(QRect(dialog.pos(), dialog.size()), scale); // it begins with its frame
     place.Width += form.Border().Width;
     place.Height += form.Border().Height;
     const QWidget* const focused = dialog.focusWidget();

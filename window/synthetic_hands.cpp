@@ -57,7 +57,7 @@ QAbstractItemView& Entries_Of(QWidget& widget) {
 
 // What a line edit takes as a key; the rest has no key and is composed.
 bool Has_Key(const QString& character) {
-    return character.at(0).isPrint() || character.at(0).isHighSurrogate();
+    return character.at(0).isPrint() || (character.at(0).isHighSurrogate() && character.size() > 1);
 }
 
 } // namespace
