@@ -10,6 +10,7 @@
 
 #include "program_run.h"
 #include "script_files.h"
+#include "x_server.h"
 
 namespace {
 
@@ -17,57 +18,6 @@ using nlohmann::json;
 using program_run::Outcome;
 using program_run::Program;
 using namespace script_files;
-
-// Looks again and again, for a while.
-bool Comes(const std::function<bool()>& what) {
-    using namespace std::chrono;
-    const auto end = steady_clock::now() + seconds(20);
-    while (!what()) {
-        if (steady_clock::now() > end)
-            return false;
-        std::this_thread::sleep_for(milliseconds(5));
-    }
-    return true;
-}
-
-// A server of its own, without a window manager.
-class X_Server {
-public:
-    X_Server() {
-        const auto ready = [&] { return server.Has_Ended() || Bytes_Of_File(home / "out").ends_with('\n'); };
-        if (!Comes(ready) || server.Has_Ended())
-            throw std::runtime_error("there is no X server: " + Bytes_Of_File(home / "errors"));
-        display = "DISPLAY=:" + Lines(Bytes_Of_File(home / "out")).at(0);
-    }
-    ~X_Server() {
-        server.Ask_To_End(); // it takes its socket and its lock away
-        server.End();
-    }
-    X_Server(const X_Server&) = delete;
-    X_Server& operator=(const X_Server&) = delete;
-
-    const std::string& Display() const { return display; }
-
-    // xdotool's answer; empty when there is none.
-    std::string Tool(std::vector<std::string> words) const {
-        words.insert(words.begin(), {display, "xdotool"});
-        const Temporary_Folder out;
-        return program_run::Run("/usr/bin/env", words, out, out.String()).Out;
-    }
-    // Windows of that title that can be seen.
-    std::vector<std::string> Windows(const std::string& title) const {
-        return Words(Tool({"search", "--onlyvisible", "--name", "^" + title + "$"}));
-    }
-
-private:
-    const Temporary_Folder home;
-    Program server{"/usr/bin/env",
-                   {"Xvfb", "-displayfd", "1", "-screen", "0", "1280x1024x24", "-dpi", "96", "-nolisten",
-                    "tcp", "-noreset"},
-                   home,
-                   home.String()};
-    std::string display;
-};
 
 // Does what a script says, for as long as one dialog is up.
 class Person {

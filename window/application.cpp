@@ -1,5 +1,6 @@
 #include "application.h"
 
+#include "desktop_colors.h"
 #include "platform_check.h"
 #include "window/qt_display.h"
 
@@ -11,6 +12,7 @@ std::unique_ptr<QApplication> Create_Application(int& argc, char** argv) {
         throw Cannot_Show(check.Obstacle().toStdString());
     auto application = std::make_unique<QApplication>(argc, argv);
     QApplication::setStyle(QStringLiteral("Fusion"));
+    Follow_Desktop_Colors();
     return application;
 }
 

@@ -12,6 +12,9 @@ namespace window {
 // From 1 (the same) to 21 (black on white).
 double Contrast(const QColor& one, const QColor& other);
 
+// Whether texts are lighter than what is behind them.
+bool Is_Dark(const QPalette& palette);
+
 // The palette with disabled texts that can still be read.
 QPalette Readable(QPalette palette);
 
