@@ -125,10 +125,27 @@ bool Row_Builder::Read_Row(Attributes attributes) {
             Read_Forced_Nulls(attributes[1]);
         }
     }
-    Sort_By_Field(row);
+    Sort_Row();
     if (!forced_nulls.empty())
         row = Without(row, forced_nulls);
     return true;
+}
+
+// By place where most columns have a value: a sort of a few cells, whose branches nothing predicts, took a
+// fifth of the reading time.
+void Row_Builder::Sort_Row() {
+    constexpr std::size_t Sparse = 4;
+    if (columns.size() > Sparse * row.size())
+        return Sort_By_Field(row);
+    if (std::is_sorted(row.begin(), row.end(), Before))
+        return;
+    texts.assign(columns.size(), No_Text);
+    for (const auto& cell : row)
+        texts[cell.Field] = cell.Text;
+    row.clear();
+    for (Column column = 0; column < columns.size(); ++column)
+        if (texts[column] != No_Text)
+            row.push_back({column, texts[column]});
 }
 
 bool Row_Builder::Read_Value(Column column, std::string_view text) {

@@ -34,7 +34,10 @@ private:
     using Column = std::uint32_t;
     static constexpr Column No_Column = 0xFFFFFFFF;
 
+    static constexpr std::uint32_t No_Text = 0xFFFFFFFF;
+
     bool Read_Row(Attributes attributes);
+    void Sort_Row();
     bool Read_Value(Column column, std::string_view text);
     void Read_Forced_Nulls(std::string_view names);
     bool Is_Column(Column column, const char* attribute) const;
@@ -50,6 +53,7 @@ private:
     std::vector<Column> followers;
     std::deque<Row_Store::Cells> originals; // that wait for their changed row
     Row_Store::Cells row;                   // of the element that was read last
+    std::vector<std::uint32_t> texts;       // of the same element, by column
     Row_Store::Cells forced_nulls;          // of the same element; their texts mean nothing
 };
 
