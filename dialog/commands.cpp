@@ -60,8 +60,9 @@ void dlgGUI::Navigate(String_View handler, bool backward,
     Handle(handler, [&] {
         const Integer index = automation::To_Integer(static_cast<double>(cmbNode.Selected_Index()));
         const bool acts = backward ? index > 0 : index < Last_Entry();
+        const Integer wanted = acts ? target(index) : index;
         if (acts && The_Owner().Changes_Verified())
-            cmbNode.Set_Selected_Index(target(index));
+            cmbNode.Set_Selected_Index(wanted);
         Close_After_Error();
     });
 }

@@ -15,19 +15,13 @@ using program_run::Program;
 // A session bus of the test's own.
 class Session_Bus {
 public:
-    Session_Bus() {
-        const auto address = [&] { return Bytes_Of_File(home / "out"); };
-        if (!Comes([&] { return daemon.Has_Ended() || address().ends_with('\n'); }) || daemon.Has_Ended())
-            throw std::runtime_error("there is no session bus: " + Bytes_Of_File(home / "errors"));
-        place = script_files::Lines(address()).at(0);
-    }
     const std::string& Address() const { return place; }
 
 private:
     const Temporary_Folder home;
     const Program daemon{
         "/usr/bin/env", {"dbus-daemon", "--session", "--nofork", "--print-address"}, home, home.String()};
-    std::string place;
+    const std::string place = Announcement(daemon, home);
 };
 
 class Portal final : public QDBusVirtualObject {

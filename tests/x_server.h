@@ -20,15 +20,18 @@ inline bool Comes(const std::function<bool()>& what) {
     return true;
 }
 
+// What a server says of itself when it is ready, in a line on its output.
+inline std::string Announcement(const program_run::Program& server, const Temporary_Folder& home) {
+    const auto out = [&] { return Bytes_Of_File(home / "out"); };
+    if (!Comes([&] { return server.Has_Ended() || out().ends_with('\n'); }) || server.Has_Ended())
+        throw std::runtime_error("a server does not start: " + Bytes_Of_File(home / "errors"));
+    return script_files::Lines(out()).at(0);
+}
+
 // A server of its own, without a window manager.
 class X_Server {
 public:
-    X_Server() {
-        const auto ready = [&] { return server.Has_Ended() || Bytes_Of_File(home / "out").ends_with('\n'); };
-        if (!Comes(ready) || server.Has_Ended())
-            throw std::runtime_error("there is no X server: " + Bytes_Of_File(home / "errors"));
-        display = "DISPLAY=:" + script_files::Lines(Bytes_Of_File(home / "out")).at(0);
-    }
+    X_Server() = default;
     ~X_Server() {
         server.Ask_To_End(); // it takes its socket and its lock away
         server.End();
@@ -56,5 +59,5 @@ private:
                                  "-nolisten", "tcp", "-noreset"},
                                 home,
                                 home.String()};
-    std::string display;
+    const std::string display = "DISPLAY=:" + Announcement(server, home);
 };
