@@ -196,7 +196,8 @@ void Partition_Work::Write(const Node& before, const Node& after) const {
 }
 
 void Partition_Work::Keep() {
-    automation::Check(records->End(AUTOMATION_TRUE));
+    automation::Text change;
+    automation::Check(records->End(AUTOMATION_TRUE, change));
 }
 
 std::string JSON_Of(const Node& node, Completeness completeness) {

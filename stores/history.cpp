@@ -13,8 +13,9 @@ using automation::Variant;
 constexpr std::array Key_Columns{"config_id", "partition_id", "node_number"};
 
 const std::vector<recordset::Field_Description> Fields{
-    {u"Change"},   {u"At"},          {u"By"},         {u"DatabaseUser"}, {u"Operation"}, {u"Record"},
-    {u"ConfigID"}, {u"PartitionID"}, {u"NodeNumber"}, {u"Old"},          {u"New"}};
+    {u"Change"},    {u"Entry"},  {u"At"},       {u"By"},          {u"DatabaseUser"},
+    {u"Operation"}, {u"Record"}, {u"ConfigID"}, {u"PartitionID"}, {u"NodeNumber"},
+    {u"Old"},       {u"New"},    {u"Broken"}};
 
 } // namespace
 
@@ -32,8 +33,8 @@ Variant Changes_Of(const Store& store, const std::array<const Variant*, 3>& keys
     store.Data().Operate([&](soci::session& session) {
         Statement select(
             session,
-            "SELECT change, changed_at, changed_by, database_user, operation, record, config_id, "
-            "partition_id, node_number, old_values, new_values FROM change_log" +
+            "SELECT change, 1, changed_at, changed_by, database_user, operation, record, config_id, "
+            "partition_id, node_number, old_values, new_values, NULL FROM change_log" +
                 condition + " ORDER BY change",
             Fields.size());
         select.Run(values);

@@ -105,6 +105,12 @@ public:
             Result = Changes_Of(*store, {&Config_ID, &Partition_ID, &Node_Number});
         });
     }
+    Status Revert(const Variant&, const Variant&, const Variant&, Automation_Boolean, Automation_Boolean,
+                  Variant&, automation::Text&) override {
+        return Serve([] {
+            throw automation::Failure(automation::Status_Unspecified, u"Changes cannot be taken back yet");
+        });
+    }
     Status Close(Automation_Boolean& Closed) override {
         return Serve([&] {
             const std::lock_guard hold(use_lock);

@@ -36,6 +36,12 @@ Recordset_Kind Made(std::vector<Stored_Field> fields, std::vector<const Record_K
     std::string columns = first + ".node_number";
     for (const Stored_Field& field : fields)
         columns += ", " + field.Part->Table + "." + field.Column;
+    columns += ", NULL";
+    if (parts.size() > 1)
+        columns +=
+            ", (SELECT MAX(change) FROM change_log WHERE change_log.config_id = style_node.config_id AND "
+            "change_log.partition_id = style_node.partition_id AND "
+            "change_log.node_number = style_node.node_number)";
     std::string select = "SELECT " + columns + " FROM " + first + joined + " WHERE " + first +
                          ".config_id = :config AND " + first + ".partition_id = :partition ORDER BY " +
                          first + ".node_number";
@@ -109,10 +115,26 @@ public:
             work = std::move(wanted);
         });
     }
-    Status End(Automation_Boolean Kept) override {
+    Status End(Automation_Boolean Kept, automation::Text& Change) override {
         return Serve([&] {
             Required_Work();
             Stop(Kept != AUTOMATION_FALSE);
+            Change = automation::Text(String());
+        });
+    }
+    Status Describe_Change(const Variant& Change, automation::Text& Result) override {
+        return Serve([&] {
+            Byte_Row row;
+            place.Store->Data().Operate([&](soci::session& session) {
+                row = Statement(session,
+                                "SELECT changed_by, changed_at FROM change_log WHERE change = " +
+                                    std::to_string(Key_Of(Change)),
+                                2)
+                          .First_Row()
+                          .value_or(Byte_Row(2));
+            });
+            Result = automation::Text(automation::From_UTF8_Replacing(
+                row[0].value_or("someone") + " at " + row[1].value_or("some time") + " (UTC)"));
         });
     }
     Status Read(Long Kind, Variant& Result) override {
@@ -122,6 +144,9 @@ public:
             std::vector<recordset::Field_Description> fields{{u"NodeNumber"}};
             for (const Stored_Field& field : kind.Fields)
                 fields.push_back({field.Name});
+            fields.push_back({u"Escaped"});
+            if (Kind == interfaces::Node_Record)
+                fields.push_back({u"Change"});
             recordset::Writer writer(fields);
             place.Store->Data().Operate([&](soci::session& session) {
                 Statement select(session, kind.Select, fields.size());

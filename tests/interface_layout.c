@@ -27,9 +27,9 @@ PIN_4(_Busyness_Rules, 5, Get_ErrLocation, Get_ErrCode, Get_ErrDescription, Get_
 PIN_2(_Busyness_Rules, 9, Put_SupervisedType_Blind, Get_Editing_Default_Node)
 PIN_1(_Busyness_Rules, 11, Shown) ENDS(_Busyness_Rules, 12)
 PIN_2(Store_Keeper, 3, Open, Create) PIN_1(Store_Keeper, 5, Close) ENDS(Store_Keeper, 6)
-PIN_2(Store_History, 3, Upgrade, Read_Changes) ENDS(Store_History, 5)
-PIN_2(Store_Records, 3, Begin, End) PIN_4(Store_Records, 5, Read, Set, Write, Add) PIN_1(Store_Records, 9, Remove)
-ENDS(Store_Records, 10)
+PIN_2(Store_History, 3, Upgrade, Read_Changes) PIN_1(Store_History, 5, Revert) ENDS(Store_History, 6)
+PIN_2(Store_Records, 3, Begin, End) PIN_4(Store_Records, 5, Read, Describe_Change, Set, Write)
+PIN_2(Store_Records, 9, Add, Remove) ENDS(Store_Records, 11)
 PIN_2(Product_SR, 3, Get_All_Node_Types, Get_All_Threshold_Types) ENDS(Product_SR, 5)
 PIN_2(Product_NODES, 3, Get_Full_Detail, Get_Partial_Detail)
 PIN_2(Product_NODES, 5, Get_Enhanced_Detail, Get_DialContinue_Detail)
@@ -69,8 +69,8 @@ const struct Named_Identity Identities_In_C[] = {
     {"{1D8E53C7-6A0F-4B92-803A-F527C69E1101}", &Automation_Class_Object_Identity},
     {"{99356597-6FBA-4662-B6A7-30B7B12E9EED}", &_Busyness_Rules_Identity},
     {"{0E6A1F83-9D54-4F0B-B12C-7348C5E9063A}", &Store_Keeper_Identity},
-    {"{7D3B52E8-64C1-4B0D-952A-E10F37D86C49}", &Store_History_Identity},
-    {"{362F08DA-9601-412C-8EDD-7F5E44173191}", &Store_Records_Identity},
+    {"{1FD84B63-A27E-4395-B60C-48F1957D2AE3}", &Store_History_Identity},
+    {"{A41C7F02-35D9-4E6A-9B18-60D32F8AC457}", &Store_Records_Identity},
     {"{3CEAAF30-8142-48EA-91D9-3080F9B439FC}", &Product_SR_Identity},
     {"{9DFB369B-AB13-4FAE-A276-55DAA05F1119}", &Product_NODES_Identity},
     {"{6301BBFC-A0C5-454E-8FF9-BB510944FE0C}", &Product_DETAIL_Identity},
