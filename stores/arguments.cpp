@@ -3,7 +3,7 @@
 
 #include "automation/text.h"
 #include "components.h"
-#include "database.h"
+#include "connection.h"
 
 namespace stores {
 

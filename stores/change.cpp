@@ -47,15 +47,15 @@ std::string Quoted(const std::string& bytes) {
 
 } // namespace
 
-std::string Last_Change(soci::session& session) {
-    const auto row = Statement(session, "SELECT last_change FROM change_counter", 1).First_Row();
+std::string Last_Change(Connection& connection) {
+    const auto row = Statement(connection, "SELECT last_change FROM change_counter").First_Row();
     return row ? row->front().value_or("0") : "0";
 }
 
 Change::Change(Statements& statements, const Visit& visit, std::string operation, Record record)
     : statements(statements), visit(visit), operation(std::move(operation)), record(std::move(record)) {
     const auto row =
-        statements("UPDATE change_counter SET last_change = last_change + 1 RETURNING last_change", 1)
+        statements("UPDATE change_counter SET last_change = last_change + 1 RETURNING last_change")
             .First_Row();
     if (!row || !row->front())
         throw automation::Failure(automation::Status_Unspecified,
@@ -71,8 +71,7 @@ void Change::Require_Unchanged() {
     const auto row =
         statements("SELECT changed_by, changed_at FROM change_log WHERE config_id = :config_id AND "
                    "partition_id = :partition_id AND node_number = :node_number AND change > :mark AND "
-                   "editor <> :editor ORDER BY change DESC LIMIT 1",
-                   2)
+                   "editor <> :editor ORDER BY change DESC LIMIT 1")
             .First_Row({keys[0], keys[1], keys[2], *mark, visit.Editor()});
     if (row)
         throw automation::Failure(
@@ -109,8 +108,7 @@ void Change::Delete() {
 
 std::optional<Byte_Row> Change::Present() {
     const auto& columns = record.Kind.Columns;
-    return statements("SELECT " + SQL_List(columns) + " FROM " + record.Kind.Table + Condition(record.Kind),
-                      columns.size())
+    return statements("SELECT " + SQL_List(columns) + " FROM " + record.Kind.Table + Condition(record.Kind))
         .First_Row(record.Keys);
 }
 

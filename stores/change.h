@@ -3,11 +3,11 @@
 //
 // A change takes the store's next number before it looks at anything. Until the transaction ends no other
 // program gets one, so numbers follow the order of the transactions and what is read stays as it is. Failures
-// are soci::soci_error, except for a node that somebody else has changed meanwhile.
+// are Store_Error, except for a node that someone else has changed meanwhile.
 #pragma once
 
 #include "schema.h"
-#include "visit.h"
+#include "session.h"
 
 namespace stores {
 
@@ -45,6 +45,6 @@ private:
 };
 
 // The number of the last change; "0" before the first.
-std::string Last_Change(soci::session& session);
+std::string Last_Change(Connection& connection);
 
 } // namespace stores

@@ -14,6 +14,7 @@
 
 namespace stores {
 
+class Session;
 struct Value;
 
 // An identifier: 13 for what is no decimal integer, 6 for one beyond 16 bits, 94 for null.
@@ -27,17 +28,12 @@ std::string Text_Of(const automation::Variant& argument);
 std::vector<Value> Values_Of(std::initializer_list<const automation::Variant*> keys,
                              std::initializer_list<const automation::Variant*> texts = {});
 
-using Shared_Store = std::shared_ptr<Store>;
+// One line for a person, as the description.
+[[noreturn]] void Fail(const Store_Error& error);
 
-// The store that components are created on: the one in use, or else the user's own, which is opened and, when
-// it is missing, made. Throws automation::Failure.
-Shared_Store Current_Store();
-
-// The store and the visit of a component that is being created.
-struct Workplace {
-    const Shared_Store Store = Current_Store();
-    const std::shared_ptr<Visit> Editor = Store->Visit_Here();
-};
+// The session of a component that is being created: on the store in use, or else on the user's own, which is
+// opened and, when it is missing, made. Throws automation::Failure.
+std::shared_ptr<Session> Current_Session();
 
 // Every component belongs to the thread that created it. Failures go out under the first interface's
 // identity.
@@ -48,7 +44,11 @@ protected:
     automation::Status Serve(Body&& body) const {
         return automation::Guard(Interface::Program_Identity, [&] {
             apartment.Require();
-            body();
+            try {
+                body();
+            } catch (const Store_Error& error) {
+                Fail(error);
+            }
         });
     }
 

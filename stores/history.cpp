@@ -1,8 +1,8 @@
 #include "history.h"
 
 #include "components.h"
-#include "database.h"
 #include "recordset/writer.h"
+#include "session.h"
 
 namespace stores {
 
@@ -19,7 +19,7 @@ const std::vector<recordset::Field_Description> Fields{
 
 } // namespace
 
-Variant Changes_Of(const Store& store, const std::array<const Variant*, 3>& keys) {
+Variant Changes_Of(Session& session, const std::array<const Variant*, 3>& keys) {
     std::string condition;
     Values values;
     for (std::size_t key = 0; key < keys.size(); ++key) {
@@ -30,13 +30,12 @@ Variant Changes_Of(const Store& store, const std::array<const Variant*, 3>& keys
         values.emplace_back(Key_Of(*keys[key]));
     }
     recordset::Writer writer(Fields);
-    store.Data().Operate([&](soci::session& session) {
+    session.Read([&](Connection& connection) {
         Statement select(
-            session,
+            connection,
             "SELECT change, 1, changed_at, changed_by, database_user, operation, record, config_id, "
             "partition_id, node_number, old_values, new_values, NULL FROM change_log" +
-                condition + " ORDER BY change",
-            Fields.size());
+                condition + " ORDER BY change");
         select.Run(values);
         for (Row row; select.Next(row);)
             writer.Add_Row(row);

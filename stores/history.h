@@ -4,11 +4,12 @@
 #include <array>
 
 #include "automation/variant.h"
-#include "stores/store.h"
+#include "session.h"
 
 namespace stores {
 
-// `keys`: configuration, partition and node; Empty leaves the choice open. Throws automation::Failure.
-automation::Variant Changes_Of(const Store& store, const std::array<const automation::Variant*, 3>& keys);
+// `keys`: configuration, partition and node; Empty leaves the choice open. Throws automation::Failure and
+// Store_Error.
+automation::Variant Changes_Of(Session& session, const std::array<const automation::Variant*, 3>& keys);
 
 } // namespace stores

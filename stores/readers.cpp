@@ -16,14 +16,14 @@ using Fields = std::vector<Field_Description>;
 
 // The rows of all statements, one behind the other. `last_change` is asked for first: a change that came in
 // between would make the reading look older than it is, which is the safe side.
-Variant Recordset_Of(const Store& store, const std::vector<std::string>& statements, const Values& keys,
+Variant Recordset_Of(Session& session, const std::vector<std::string>& statements, const Values& keys,
                      const Fields& fields, std::string* last_change = nullptr) {
     recordset::Writer writer(fields);
-    store.Data().Operate([&](soci::session& session) {
+    session.Read([&](Connection& connection) {
         if (last_change)
-            *last_change = Last_Change(session);
+            *last_change = Last_Change(connection);
         for (const auto& sql : statements) {
-            Statement select(session, sql, fields.size());
+            Statement select(connection, sql);
             select.Run(keys);
             for (UTF8_Row row; select.Next(row);)
                 if (!writer.Add_UTF8_Row(row))
@@ -37,14 +37,14 @@ class SR_Reader final : public Component<interfaces::SR> {
 public:
     Status Get_All_Node_Types(Variant& Result) override {
         return Serve([&] {
-            Result = Recordset_Of(*store,
+            Result = Recordset_Of(*session,
                                   {"SELECT id, language_1, language_2 FROM node_type ORDER BY list_position"},
                                   {}, {{u"ID"}, {u"Language1"}, {u"Language2"}});
         });
     }
     Status Get_All_Threshold_Types(Variant& Result) override {
         return Serve([&] {
-            Result = Recordset_Of(*store,
+            Result = Recordset_Of(*session,
                                   {"SELECT threshold_type_id, language_1, language_2 FROM threshold_type "
                                    "ORDER BY list_position"},
                                   {}, {{u"ThresholdTypeID"}, {u"Language1"}, {u"Language2"}});
@@ -52,7 +52,7 @@ public:
     }
 
 private:
-    const Shared_Store store = Current_Store();
+    const std::shared_ptr<Session> session = Current_Session();
 };
 
 // The default node comes first, the others in ascending order. Two statements, because in that order the
@@ -86,7 +86,7 @@ public:
     Status Get_Style_Nodes(const Variant& Config_ID, const Variant& Partition_ID, Variant& Result) override {
         return Serve([&] {
             std::string last_change;
-            Result = Recordset_Of(*place.Store, Select_Nodes(), Values_Of({&Config_ID, &Partition_ID}),
+            Result = Recordset_Of(*session, Select_Nodes(), Values_Of({&Config_ID, &Partition_ID}),
                                   {{u"NodeNumber", recordset::Field_Type::Integer},
                                    {u"NodeDescription"},
                                    {u"SuperviseID"},
@@ -95,7 +95,7 @@ public:
                                    {u"Transfer"},
                                    {u"Disconnection"}},
                                   &last_change);
-            place.Editor->Note_Reading(Key_Of(Config_ID), Key_Of(Partition_ID), last_change);
+            session->Editor.Note_Reading(Key_Of(Config_ID), Key_Of(Partition_ID), last_change);
         });
     }
 
@@ -106,7 +106,7 @@ private:
             const std::string sql = "SELECT " + SQL_List(Detail_Columns(table)) + " FROM " + table.Name +
                                     " WHERE config_id = :config AND partition_id = :partition "
                                     "AND node_number = :node";
-            result = Recordset_Of(*place.Store, {sql}, Values_Of({&config, &partition, &node}),
+            result = Recordset_Of(*session, {sql}, Values_Of({&config, &partition, &node}),
                                   {{u"Retrieve"},
                                    {u"BusyRetry"},
                                    {u"NumberRetries"},
@@ -118,7 +118,7 @@ private:
         });
     }
 
-    const Workplace place{};
+    const std::shared_ptr<Session> session = Current_Session();
 };
 
 class DETAIL_Reader final : public Component<interfaces::DETAIL> {};
@@ -128,7 +128,7 @@ public:
     Status Get_Configuration_Info(Variant& Result) override {
         return Serve([&] {
             Result =
-                Recordset_Of(*store,
+                Recordset_Of(*session,
                              {"SELECT product_name, system_number, site_name, site_number, "
                               "product_version, release_number FROM configuration ORDER BY list_position"},
                              {},
@@ -142,7 +142,7 @@ public:
     }
 
 private:
-    const Shared_Store store = Current_Store();
+    const std::shared_ptr<Session> session = Current_Session();
 };
 
 } // namespace

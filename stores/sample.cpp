@@ -80,12 +80,12 @@ constexpr std::array Threshold_Types{
 // Inserts whole nodes: record, entry in the node list, detail record.
 class Node_Inserter {
 public:
-    explicit Node_Inserter(soci::session& session)
-        : record(session, SQL_Insert(Node_Record())), entry(session, SQL_Insert(Node_Entry())),
-          details{Statement(session, SQL_Insert(Detail_Record(*Detail_Tables[0]))),
-                  Statement(session, SQL_Insert(Detail_Record(*Detail_Tables[1]))),
-                  Statement(session, SQL_Insert(Detail_Record(*Detail_Tables[2]))),
-                  Statement(session, SQL_Insert(Detail_Record(*Detail_Tables[3])))} {}
+    explicit Node_Inserter(Connection& connection)
+        : record(connection, SQL_Insert(Node_Record())), entry(connection, SQL_Insert(Node_Entry())),
+          details{Statement(connection, SQL_Insert(Detail_Record(*Detail_Tables[0]))),
+                  Statement(connection, SQL_Insert(Detail_Record(*Detail_Tables[1]))),
+                  Statement(connection, SQL_Insert(Detail_Record(*Detail_Tables[2]))),
+                  Statement(connection, SQL_Insert(Detail_Record(*Detail_Tables[3])))} {}
 
     void Insert(const Node& node) {
         const auto type = static_cast<std::size_t>(node.Supervised_Type);
@@ -133,26 +133,26 @@ void Insert_Numbered(Node_Inserter& inserter, int config, int partition, int las
 }
 
 template <typename Rows>
-void Insert_List(soci::session& session, const std::string& sql, const Rows& rows) {
-    Statement insert(session, sql);
+void Insert_List(Connection& connection, const std::string& sql, const Rows& rows) {
+    Statement insert(connection, sql);
     int position = 0;
     for (const List_Row& row : rows)
         insert.Run({++position, row.ID, row.English, row.German});
 }
 
-void Insert_Lists(soci::session& session) {
-    Insert_List(session,
+void Insert_Lists(Connection& connection) {
+    Insert_List(connection,
                 "INSERT INTO node_type (list_position, id, language_1, language_2) "
                 "VALUES (:position, :id, :english, :german)",
                 Node_Types);
-    Insert_List(session,
+    Insert_List(connection,
                 "INSERT INTO threshold_type (list_position, threshold_type_id, language_1, language_2) "
                 "VALUES (:position, :id, :english, :german)",
                 Threshold_Types);
 }
 
-void Insert_Configuration(soci::session& session) {
-    Statement insert(session,
+void Insert_Configuration(Connection& connection) {
+    Statement insert(connection,
                      "INSERT INTO configuration (list_position, product_name, system_number, site_name, "
                      "site_number, product_version, release_number) "
                      "VALUES (:position, :product, :system, :site, :number, :version, :release)");
@@ -161,8 +161,8 @@ void Insert_Configuration(soci::session& session) {
 
 } // namespace
 
-void Insert_Sample(soci::session& session, std::optional<int> nodes) {
-    Node_Inserter inserter(session);
+void Insert_Sample(Connection& connection, std::optional<int> nodes) {
+    Node_Inserter inserter(connection);
     if (nodes)
         Insert_Numbered(inserter, 1, 1, *nodes);
     else
@@ -171,8 +171,8 @@ void Insert_Sample(soci::session& session, std::optional<int> nodes) {
     for (const Node& node : Second_Partition)
         inserter.Insert(node);
     Insert_Numbered(inserter, 3, 1, 12);
-    Insert_Lists(session);
-    Insert_Configuration(session);
+    Insert_Lists(connection);
+    Insert_Configuration(connection);
 }
 
 } // namespace stores

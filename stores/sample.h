@@ -4,12 +4,12 @@
 
 #include <optional>
 
-#include "database.h"
+#include "connection.h"
 
 namespace stores {
 
 // Fills empty tables; with `nodes`, configuration 1, partition 1 gets the default node and nodes 1 to
 // `nodes` instead of the sample's.
-void Insert_Sample(soci::session& session, std::optional<int> nodes);
+void Insert_Sample(Connection& connection, std::optional<int> nodes);
 
 } // namespace stores

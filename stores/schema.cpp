@@ -1,9 +1,9 @@
 #include "schema.h"
 
 #include <algorithm>
+#include <charconv>
 #include <span>
 
-#include "automation/number.h"
 #include "automation/text.h"
 #include "stores/store.h"
 
@@ -55,24 +55,26 @@ std::string Create_Detail(const Detail_Table& table) {
            " TEXT, ring_on TEXT, ring_off TEXT, PRIMARY KEY (config_id, partition_id, node_number))";
 }
 
-std::vector<std::string> Table_Names(soci::session& session) {
-    const bool is_file = session.get_backend_name() == "sqlite3";
+std::vector<std::string> Table_Names(Connection& connection) {
+    const bool is_file = connection.Is_File();
     std::vector<std::string> names;
-    Statement select(session,
+    Statement select(connection,
                      is_file
                          ? "SELECT name FROM sqlite_master WHERE type = 'table'"
-                         : "SELECT tablename FROM pg_catalog.pg_tables WHERE schemaname = current_schema()",
-                     1);
+                         : "SELECT tablename FROM pg_catalog.pg_tables WHERE schemaname = current_schema()");
     select.Run();
     for (Row row; select.Next(row);)
         names.push_back(automation::To_UTF8(row[0].value_or(u"")));
     return names;
 }
 
-// 0 when none is stated.
-automation::Long Stated_Version(soci::session& session) {
-    const auto row = Statement(session, "SELECT MAX(version) FROM store_version", 1).First_Row();
-    return row && row->front() ? automation::To_Long(automation::From_UTF8_Replacing(*row->front())) : 0;
+// 0 when none is stated that could be one.
+int Stated_Version(Connection& connection) {
+    const auto row = Statement(connection, "SELECT MAX(version) FROM store_version").First_Row();
+    const std::string text = row && row->front() ? *row->front() : "";
+    int version = 0;
+    const auto [stopped, error] = std::from_chars(text.data(), text.data() + text.size(), version);
+    return error == std::errc() && stopped == text.data() + text.size() ? version : 0;
 }
 
 Record_Kind Kind_Of(const Detail_Table& table) {
@@ -82,7 +84,7 @@ Record_Kind Kind_Of(const Detail_Table& table) {
 }
 
 std::string How_To_Create(const Location& location) {
-    return "create it with: style-editor store init --store " + location.Name;
+    return "create it with: style-editor store init --store " + location.Address;
 }
 
 } // namespace
@@ -127,57 +129,57 @@ std::string SQL_Insert(const Record_Kind& kind) {
            ")";
 }
 
-int Version_Of_Store(soci::session& session, const Location& location) {
-    const auto names = Table_Names(session);
+int Version_Of_Store(Connection& connection) {
+    const auto names = Table_Names(connection);
     if (names.empty())
-        throw Store_Error(Store_Error::Reason::Missing,
-                          "The store " + location.Name + " is empty; " + How_To_Create(location));
+        throw Store_Error(Store_Error::Reason::Missing, "The store " + connection.Place.Name + " is empty; " +
+                                                            How_To_Create(connection.Place));
     if (std::find(names.begin(), names.end(), Version_Table) == names.end())
         throw Store_Error(Store_Error::Reason::Unusable,
-                          "The store " + location.Name +
+                          "The store " + connection.Place.Name +
                               " is a database of something else; name another one, or a new one");
-    const automation::Long version = Stated_Version(session);
+    const int version = Stated_Version(connection);
     if (version > Schema_Version)
         throw Store_Error(Store_Error::Reason::Unusable,
-                          "The store " + location.Name + " has version " + std::to_string(version) +
+                          "The store " + connection.Place.Name + " has version " + std::to_string(version) +
                               ", made by a newer program; update style-editor, which knows version " +
                               std::to_string(Schema_Version));
     if (version < 1)
         throw Store_Error(Store_Error::Reason::Unusable,
-                          "The store " + location.Name +
+                          "The store " + connection.Place.Name +
                               " states no version that is known; restore it from a copy");
     return version;
 }
 
-void Upgrade_Schema(soci::session& session, const Location& location) {
+void Upgrade_Schema(Connection& connection) {
     // A write first: it waits for another upgrade, which a transaction that has begun to read could not.
-    Statement(session, "UPDATE store_version SET version = version").Run();
-    for (int version = Version_Of_Store(session, location); version < Schema_Version; ++version)
+    Statement(connection, "UPDATE store_version SET version = version").Run();
+    for (int version = Version_Of_Store(connection); version < Schema_Version; ++version)
         for (const char* step : Steps[static_cast<std::size_t>(version) - 1])
-            Statement(session, step).Run();
+            Statement(connection, step).Run();
 }
 
-void Check_Empty(soci::session& session, const Location& location) {
-    const auto names = Table_Names(session);
+void Check_Empty(Connection& connection) {
+    const auto names = Table_Names(connection);
     if (std::find(names.begin(), names.end(), Version_Table) != names.end())
         throw Store_Error(Store_Error::Reason::Already_There,
-                          "The store " + location.Name +
+                          "The store " + connection.Place.Name +
                               " exists already and was left as it is; remove it or name another one");
     if (!names.empty())
         throw Store_Error(Store_Error::Reason::Unusable,
-                          "The store " + location.Name +
+                          "The store " + connection.Place.Name +
                               " is a database of something else and was left as it is; name a new one");
 }
 
-void Create_Tables(soci::session& session) {
+void Create_Tables(Connection& connection) {
     for (const char* table : Tables)
-        Statement(session, table).Run();
+        Statement(connection, table).Run();
     for (const Detail_Table* table : Detail_Tables)
-        Statement(session, Create_Detail(*table)).Run();
-    Statement(session, "INSERT INTO store_version (version) VALUES (1)").Run();
+        Statement(connection, Create_Detail(*table)).Run();
+    Statement(connection, "INSERT INTO store_version (version) VALUES (1)").Run();
     for (const auto step : Steps)
         for (const char* statement : step)
-            Statement(session, statement).Run();
+            Statement(connection, statement).Run();
 }
 
 } // namespace stores

@@ -3,7 +3,7 @@
 
 #include <array>
 
-#include "database.h"
+#include "connection.h"
 
 namespace stores {
 
@@ -51,15 +51,15 @@ std::string SQL_Insert(const Record_Kind& kind);
 
 // The version of the store in the database. Store_Error unless it holds the tables of one, in a version that
 // this program knows.
-int Version_Of_Store(soci::session& session, const Location& location);
+int Version_Of_Store(Connection& connection);
 
 // Brings a store, as the above has found it, up to Schema_Version in the caller's transaction, in which it
 // comes first; of two programs that do so at once the second finds nothing left to do. Store_Error as above.
-void Upgrade_Schema(soci::session& session, const Location& location);
+void Upgrade_Schema(Connection& connection);
 
 // Store_Error unless the database holds no table at all.
-void Check_Empty(soci::session& session, const Location& location);
+void Check_Empty(Connection& connection);
 
-void Create_Tables(soci::session& session);
+void Create_Tables(Connection& connection);
 
 } // namespace stores

@@ -1,9 +1,11 @@
 #include "stores/store.h"
 
+#include <atomic>
+
 #include "sample.h"
 #include "schema.h"
+#include "session.h"
 #include "store_file.h"
-#include "visit.h"
 
 namespace stores {
 
@@ -16,80 +18,132 @@ void Check_Nodes(std::optional<int> nodes) {
                               " nodes; take a number from 0 to " + std::to_string(Most_Nodes));
 }
 
-std::unique_ptr<Database> Create_Database(const Location& location, std::optional<int> nodes) {
-    auto database = std::make_unique<Database>(location);
-    database->Explain([&] {
-        database->In_Transaction([&](soci::session& session) {
-            Check_Empty(session, location);
-            Create_Tables(session);
-            Insert_Sample(session, nodes);
-        });
-    });
-    return database;
+void In_Transaction(std::unique_ptr<Connection>& connection, Access access, const Body& body) {
+    Transaction transaction(connection, access);
+    transaction.Run(body);
+    transaction.Commit();
 }
 
-int Version_Of(Database& database) {
+// Of two programs that make a server's tables at once the second waits here, and then finds them.
+void Wait_For_Others(Connection& connection) {
+    if (!connection.Is_File())
+        Statement(connection, "SELECT pg_advisory_xact_lock(1398033733)").Run(); // a number of our own
+}
+
+void Fill(Connection& connection, std::optional<int> nodes) {
+    Create_Tables(connection);
+    Insert_Sample(connection, nodes);
+}
+
+// False when something has the name already.
+bool Is_Published(const Location& location, std::optional<int> nodes) try {
+    // An existing file is looked into first: what is in it says more than that it exists.
+    Connection::Open(location);
+    return false;
+} catch (const Store_Error& error) {
+    if (error.Why != Store_Error::Reason::Missing)
+        throw;
+    try {
+        Publish_File(location, File_Image(location, [&](Connection& memory) { Fill(memory, nodes); }));
+        return true;
+    } catch (const Store_Error& failure) {
+        if (failure.Why != Store_Error::Reason::Already_There) // another program was faster
+            throw;
+        return false;
+    }
+}
+
+int Version_Of(std::unique_ptr<Connection>& connection) {
     int version = 0;
-    database.Explain([&] {
-        database.In_Transaction(
-            [&](soci::session& session) { version = Version_Of_Store(session, database.Place); });
-    });
+    In_Transaction(connection, Access::Read, [&](Connection& open) { version = Version_Of_Store(open); });
     return version;
 }
 
-void Bring_Up_To_Date(Database& database) {
-    database.Explain([&] {
-        database.In_Transaction([&](soci::session& session) { Upgrade_Schema(session, database.Place); });
-    });
+// A thread's number is never used again, unlike the system's.
+std::uint64_t This_Thread() {
+    static std::atomic<std::uint64_t> last{0};
+    thread_local const std::uint64_t number = ++last;
+    return number;
 }
 
 } // namespace
 
 std::shared_ptr<Store> Store::Open(const std::string& url) {
-    auto database = std::make_unique<Database>(Locate(url));
-    const int version = Version_Of(*database);
-    if (version < Schema_Version && !database->Place.Is_File)
+    auto connection = Connection::Open(Locate(url));
+    const int version = Version_Of(connection);
+    if (version < Schema_Version && !connection->Is_File())
         throw Store_Error(
             Store_Error::Reason::Unusable,
-            "The store " + database->Place.Name + " has version " + std::to_string(version) +
+            "The store " + connection->Place.Name + " has version " + std::to_string(version) +
                 ", made by an older program; its administrator upgrades it with: style-editor store "
                 "upgrade --store " +
-                database->Place.Name);
+                connection->Place.Address);
     if (version < Schema_Version)
-        Bring_Up_To_Date(*database);
-    return std::shared_ptr<Store>(new Store(std::move(database)));
+        In_Transaction(connection, Access::Write, Upgrade_Schema);
+    return Made(std::move(connection));
 }
 
 void Store::Upgrade(const std::string& url) {
-    Database database(Locate(url));
-    if (Version_Of(database) < Schema_Version)
-        Bring_Up_To_Date(database);
+    auto connection = Connection::Open(Locate(url));
+    if (Version_Of(connection) < Schema_Version)
+        In_Transaction(connection, Access::Write, Upgrade_Schema);
 }
 
 std::shared_ptr<Store> Store::Create(const std::string& url, std::optional<int> nodes) {
     Check_Nodes(nodes);
     const Location location = Locate(url);
-    std::optional<New_File> file;
-    if (location.Is_File)
-        file.emplace(location);
-    auto store = std::shared_ptr<Store>(new Store(Create_Database(location, nodes)));
-    if (file)
-        file->Keep();
-    return store;
+    if (location.Is_File && Is_Published(location, nodes))
+        return Made(Connection::Open(location));
+    auto connection = Connection::Open(location);
+    In_Transaction(connection, Access::Write, [&](Connection& open) {
+        Wait_For_Others(open);
+        Check_Empty(open);
+        Fill(open, nodes);
+    });
+    return Made(std::move(connection));
 }
 
-Store::Store(std::unique_ptr<Database> opened) : database(std::move(opened)) {}
+std::shared_ptr<Store> Store::Made(std::unique_ptr<Connection> opened) {
+    return std::shared_ptr<Store>(new Store(std::move(opened)));
+}
+
+Store::Store(std::unique_ptr<Connection> opened)
+    : place(std::make_unique<const Location>(opened->Place)), spare(std::move(opened)) {}
 
 Store::~Store() = default;
 
-std::shared_ptr<Visit> Store::Visit_Here() {
-    const std::lock_guard hold(visits_lock);
-    std::erase_if(visits, [](const auto& entry) { return entry.second.expired(); });
-    auto& known = visits[std::this_thread::get_id()];
-    auto visit = known.lock();
-    if (!visit)
-        known = visit = std::make_shared<Visit>(database->User());
-    return visit;
+const std::string& Store::Address() const {
+    return place->Address;
+}
+
+std::unique_ptr<Connection> Store::Spare_Connection() {
+    {
+        const std::lock_guard hold(lock);
+        if (spare)
+            return std::move(spare);
+    }
+    return Connection::Open(*place);
+}
+
+std::shared_ptr<Session> Store::Session_Here() {
+    const std::uint64_t thread = This_Thread();
+    {
+        const std::lock_guard hold(lock);
+        std::erase_if(sessions, [](const auto& entry) { return entry.second.expired(); });
+        if (const auto known = sessions.find(thread); known != sessions.end())
+            if (auto session = known->second.lock())
+                return session;
+    }
+    const auto end = [store = shared_from_this()](Session* ended) {
+        auto connection = ended->Give_Back();
+        delete ended;
+        const std::lock_guard hold(store->lock);
+        store->spare.swap(connection);
+    };
+    std::shared_ptr<Session> session(new Session(Spare_Connection()), end);
+    const std::lock_guard hold(lock);
+    sessions.insert_or_assign(thread, session);
+    return session;
 }
 
 } // namespace stores

@@ -1,35 +1,22 @@
-// The file of an SQLite store: made with the narrowest rights, opened without following a link.
-// Every failure is a Store_Error. Belongs to one thread.
+// The file of an SQLite store: published whole with the narrowest rights, opened without following a link,
+// and not where others could slip something under it. Every failure is a Store_Error. Callable from any
+// thread.
 #pragma once
 
-#include <filesystem>
-#include <vector>
+#include <string>
+#include <string_view>
 
 #include "location.h"
 
 namespace stores {
 
-// Makes the file, mode 0600, and the folders it needs, mode 0700. What it made is removed again on
-// destruction unless Keep was called. A file that exists is left as it is.
-class New_File {
-public:
-    explicit New_File(const Location& location);
-    New_File(const New_File&) = delete;
-    New_File& operator=(const New_File&) = delete;
-    ~New_File();
-
-    void Keep() noexcept { made.clear(); }
-
-private:
-    void Make_Folders(const Location& location, const std::filesystem::path& folder);
-    void Make_File(const Location& location, const std::filesystem::path& path);
-    void Remove() noexcept;
-
-    std::vector<std::filesystem::path> made;
-};
+// Makes the file, mode 0600, with these bytes, and the folders it needs, mode 0700. It is there whole or not
+// at all, and what was made goes again on a failure. Already_There when something has the name.
+void Publish_File(const Location& location, std::string_view bytes);
 
 // Holds a place in the file system that exists and is a regular file, so that what is opened through it
-// is what was looked at, whatever happens to the path meanwhile.
+// is what was looked at, whatever happens to the path meanwhile. It lies in a folder where nobody else may
+// make files, or in a sticky one, and what lies beside it is trusted.
 class Pinned_File {
 public:
     explicit Pinned_File(const Location& location);
@@ -41,7 +28,16 @@ public:
     std::string Path() const;
 
 private:
+    void Check(const Location& location) const;
+
     int descriptor;
 };
+
+// Whether PATH-journal, PATH-wal or PATH-shm does not exist, or belongs to this user, root, or the owner of
+// PATH.
+bool Is_Trusted_Companion(const char* path) noexcept;
+
+// What to do about a failure of the operating system.
+const char* File_Advice(int error);
 
 } // namespace stores

@@ -6,6 +6,7 @@
 #include "automation/text.h"
 #include "components.h"
 #include "history.h"
+#include "location.h"
 
 namespace stores {
 
@@ -16,7 +17,7 @@ using automation::Status;
 using automation::Variant;
 
 std::mutex use_lock;
-Shared_Store in_use; // null: none has been asked for
+std::shared_ptr<Store> in_use; // null: none has been asked for
 // An unloaded module would have forgotten which store it was.
 std::optional<automation::Keep_Module> keep;
 
@@ -34,7 +35,7 @@ std::string Own_Store() {
     return "sqlite:" + (Data_Folder() / "style-editor" / "store.db").string();
 }
 
-Shared_Store Open_Or_Create(const std::string& name) {
+std::shared_ptr<Store> Open_Or_Create(const std::string& name) {
     try {
         return Store::Open(name);
     } catch (const Store_Error& error) {
@@ -50,19 +51,8 @@ Shared_Store Open_Or_Create(const std::string& name) {
     return Store::Open(name);
 }
 
-// One line for a person, as the description.
-template <typename Body>
-auto Explained(Body&& body) {
-    try {
-        return body();
-    } catch (const Store_Error& error) {
-        throw automation::Failure(automation::Status_Unspecified,
-                                  automation::From_UTF8_Replacing(error.what()));
-    }
-}
-
 // Under the lock.
-void Set(Shared_Store store) {
+void Set(std::shared_ptr<Store> store) {
     in_use = std::move(store);
     if (!in_use)
         keep.reset();
@@ -73,36 +63,31 @@ void Set(Shared_Store store) {
 class Keeper final : public Component<interfaces::Store_Keeper, interfaces::Store_History> {
 public:
     Status Open(const Variant& Location) override {
-        return Serve([&] {
-            Use_Store(Explained([&] {
-                return Is_Own(Location) ? Open_Or_Create(Own_Store()) : Store::Open(Name(Location));
-            }));
-        });
+        return Serve(
+            [&] { Use_Store(Is_Own(Location) ? Open_Or_Create(Own_Store()) : Store::Open(URL(Location))); });
     }
     Status Create(const Variant& Location, Long Nodes, automation::Text& Result) override {
         return Serve([&] {
-            Result = automation::Text(automation::From_UTF8_Replacing(Explained([&] {
-                std::string name = Is_Own(Location) ? Own_Store() : Name(Location);
-                Store::Create(name, Nodes == interfaces::Sample_Nodes ? std::nullopt : std::optional(Nodes));
-                return name;
-            })));
+            Result =
+                To_Text(Store::Create(URL(Location),
+                                      Nodes == interfaces::Sample_Nodes ? std::nullopt : std::optional(Nodes))
+                            ->Address());
         });
+    }
+    Status Describe(const Variant& Location, automation::Text& Result) override {
+        return Serve([&] { Result = To_Text(Locate(URL(Location)).Address); });
     }
     Status Upgrade(const Variant& Location, automation::Text& Result) override {
         return Serve([&] {
-            Result = automation::Text(automation::From_UTF8_Replacing(Explained([&] {
-                std::string name = Is_Own(Location) ? Own_Store() : Name(Location);
-                Store::Upgrade(name);
-                return name;
-            })));
+            Store::Upgrade(URL(Location));
+            Result = To_Text(Locate(URL(Location)).Address);
         });
     }
     Status Read_Changes(const Variant& Location, const Variant& Config_ID, const Variant& Partition_ID,
                         const Variant& Node_Number, Variant& Result) override {
         return Serve([&] {
-            const auto store =
-                Explained([&] { return Store::Open(Is_Own(Location) ? Own_Store() : Name(Location)); });
-            Result = Changes_Of(*store, {&Config_ID, &Partition_ID, &Node_Number});
+            const auto session = Store::Open(URL(Location))->Session_Here();
+            Result = Changes_Of(*session, {&Config_ID, &Partition_ID, &Node_Number});
         });
     }
     Status Revert(const Variant&, const Variant&, const Variant&, Automation_Boolean, Automation_Boolean,
@@ -121,7 +106,12 @@ public:
 
 private:
     static bool Is_Own(const Variant& location) { return location.Type() == automation::Variant_Type::Empty; }
-    static std::string Name(const Variant& location) { return automation::To_UTF8(location.To_Text()); }
+    static std::string URL(const Variant& location) {
+        return Is_Own(location) ? Own_Store() : automation::To_UTF8(location.To_Text());
+    }
+    static automation::Text To_Text(const std::string& text) {
+        return automation::Text(automation::From_UTF8_Replacing(text));
+    }
 };
 
 } // namespace
@@ -131,11 +121,21 @@ void Use_Store(std::shared_ptr<Store> store) {
     Set(std::move(store));
 }
 
-Shared_Store Current_Store() {
-    const std::lock_guard hold(use_lock);
-    if (!in_use)
-        Set(Explained([] { return Open_Or_Create(Own_Store()); }));
-    return in_use;
+std::shared_ptr<Session> Current_Session() try {
+    std::shared_ptr<Store> store;
+    {
+        const std::lock_guard hold(use_lock);
+        if (!in_use)
+            Set(Open_Or_Create(Own_Store()));
+        store = in_use;
+    }
+    return store->Session_Here();
+} catch (const Store_Error& error) {
+    Fail(error);
+}
+
+void Fail(const Store_Error& error) {
+    throw automation::Failure(automation::Status_Unspecified, automation::From_UTF8_Replacing(error.what()));
 }
 
 New_Object Make_Store_Keeper() {

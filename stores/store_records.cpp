@@ -98,38 +98,33 @@ Value Stored_Value(const Variant& value) {
 
 class Records final : public Component<interfaces::Store_Records> {
 public:
-    ~Records() override {
-        try {
-            if (work)
-                Stop(false);
-        } catch (const automation::Failure&) {
-            // The connection is gone, and with it the work.
-        }
-    }
+    ~Records() override { Stop(); }
     Status Begin(const Variant& Config_ID, const Variant& Partition_ID, Automation_Boolean Writes) override {
         return Serve([&] {
-            if (work)
-                automation::Raise(automation::run_time::Invalid_Argument);
             Work wanted{Key_Of(Config_ID), Key_Of(Partition_ID), {}, {}};
-            place.Store->Data().Begin_Work(Writes != AUTOMATION_FALSE);
+            session->Begin_Work(Writes ? Access::Write : Access::Read);
             work = std::move(wanted);
+            if (Writes) // every writer takes a number first, and waits here
+                session->Write([](Connection& connection) {
+                    Statement(connection, "UPDATE change_counter SET last_change = last_change").Run();
+                });
         });
     }
     Status End(Automation_Boolean Kept, automation::Text& Change) override {
         return Serve([&] {
-            Required_Work();
-            Stop(Kept != AUTOMATION_FALSE);
+            Required_Work().Prepared.reset(); // its statements go before the end of the transaction
+            if (Kept)
+                session->Commit_Work();
+            Stop();
             Change = automation::Text(String());
         });
     }
     Status Describe_Change(const Variant& Change, automation::Text& Result) override {
         return Serve([&] {
             Byte_Row row;
-            place.Store->Data().Operate([&](soci::session& session) {
-                row = Statement(session,
-                                "SELECT changed_by, changed_at FROM change_log WHERE change = " +
-                                    std::to_string(Key_Of(Change)),
-                                2)
+            session->Read([&](Connection& connection) {
+                row = Statement(connection, "SELECT changed_by, changed_at FROM change_log WHERE change = " +
+                                                std::to_string(Key_Of(Change)))
                           .First_Row()
                           .value_or(Byte_Row(2));
             });
@@ -148,8 +143,8 @@ public:
             if (Kind == interfaces::Node_Record)
                 fields.push_back({u"Change"});
             recordset::Writer writer(fields);
-            place.Store->Data().Operate([&](soci::session& session) {
-                Statement select(session, kind.Select, fields.size());
+            session->Read([&](Connection& connection) {
+                Statement select(connection, kind.Select);
                 select.Run({at.Config, at.Partition});
                 for (Row row; select.Next(row);)
                     writer.Add_Row(row);
@@ -195,9 +190,10 @@ private:
             automation::Raise(automation::run_time::Invalid_Argument);
         return *work;
     }
-    void Stop(bool kept) {
-        work.reset(); // its statements go before the end of the transaction
-        place.Store->Data().End_Work(kept);
+    void Stop() noexcept {
+        if (work)
+            session->Roll_Back_Work();
+        work.reset();
     }
     static const Recordset_Kind& Detail_Kind(Long kind) {
         if (kind == interfaces::Node_Record)
@@ -224,15 +220,15 @@ private:
         Values keys{at.Config, at.Partition, static_cast<int>(node)};
         if (part.Keys.size() > keys.size())
             keys.emplace_back(5); // the product's number of the type of these nodes
-        place.Store->Data().Operate([&](soci::session& session) {
+        session->Write([&](Connection& connection) {
             if (!at.Prepared)
-                at.Prepared = std::make_unique<Statements>(session);
-            Change change(*at.Prepared, *place.Editor, "store apply", {part, std::move(keys)});
+                at.Prepared = std::make_unique<Statements>(connection);
+            Change change(*at.Prepared, session->Editor, "store apply", {part, std::move(keys)});
             action(change);
         });
     }
 
-    const Workplace place{};
+    const std::shared_ptr<Session> session = Current_Session();
     std::optional<Work> work; // under way
 };
 

@@ -10,7 +10,7 @@
 #include <optional>
 #include <string>
 
-#include "database.h"
+#include "connection.h"
 
 namespace stores {
 

@@ -12,10 +12,10 @@ using automation::Variant;
 
 using Action = std::function<void(Change&)>;
 
-void Write(const Workplace& place, const std::string& operation, const Record& record, const Action& action) {
-    place.Store->Data().Operate([&](soci::session& session) {
-        Statements statements(session);
-        Change change(statements, *place.Editor, operation, record);
+void Write(Session& session, const std::string& operation, const Record& record, const Action& action) {
+    session.Write([&](Connection& connection) {
+        Statements statements(connection);
+        Change change(statements, session.Editor, operation, record);
         change.Require_Unchanged();
         action(change);
     });
@@ -31,7 +31,7 @@ public:
         return Serve([&] {
             const auto values = Values_Of({}, {&Hookflash, &Threshold_Type_ID, &Transfer, &Disconnection,
                                                &Supervise_Caption, &Supervise_ID, &Label});
-            Write(place, "Update_Style_Node",
+            Write(*session, "Update_Style_Node",
                   {Node_Record(), Values_Of({&Config_ID, &Partition_ID, &Node_Number})},
                   [&](Change& change) { change.Update(values); });
         });
@@ -41,14 +41,14 @@ public:
                              const Variant& Node_Number) override {
         return Serve([&] {
             const auto values = Values_Of({}, {&Label, &Changed});
-            Write(place, "Update_Node_Entry",
+            Write(*session, "Update_Node_Entry",
                   {Node_Entry(), Values_Of({&Config_ID, &Partition_ID, &Node_Number, &Node_Type_ID})},
                   [&](Change& change) { change.Update(values); });
         });
     }
 
 private:
-    const Workplace place{};
+    const std::shared_ptr<Session> session = Current_Session();
 };
 
 class DELNODES_Deleter final : public Component<interfaces::DELNODES> {
@@ -73,12 +73,12 @@ public:
 private:
     Status Delete(const Detail_Table& table, std::initializer_list<const Variant*> keys) {
         return Serve([&] {
-            Write(place, std::string("Delete_") + table.Type + "_Detail",
+            Write(*session, std::string("Delete_") + table.Type + "_Detail",
                   {Detail_Record(table), Values_Of(keys)}, [](Change& change) { change.Delete(); });
         });
     }
 
-    const Workplace place{};
+    const std::shared_ptr<Session> session = Current_Session();
 };
 
 class INSNODES_Inserter final : public Component<interfaces::INSNODES> {
@@ -130,12 +130,12 @@ private:
     Status Insert(const Detail_Table& table, Arguments keys, Arguments texts) {
         return Serve([&] {
             const auto values = Values_Of({}, texts);
-            Write(place, std::string("Insert_") + table.Type + "_Detail",
+            Write(*session, std::string("Insert_") + table.Type + "_Detail",
                   {Detail_Record(table), Values_Of(keys)}, [&](Change& change) { change.Insert(values); });
         });
     }
 
-    const Workplace place{};
+    const std::shared_ptr<Session> session = Current_Session();
 };
 
 } // namespace

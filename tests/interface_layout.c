@@ -26,7 +26,7 @@ PIN_2(_Busyness_Rules, 3, Get_Member_Identities, Invoke)
 PIN_4(_Busyness_Rules, 5, Get_ErrLocation, Get_ErrCode, Get_ErrDescription, Get_SupervisedType_Blind)
 PIN_2(_Busyness_Rules, 9, Put_SupervisedType_Blind, Get_Editing_Default_Node)
 PIN_1(_Busyness_Rules, 11, Shown) ENDS(_Busyness_Rules, 12)
-PIN_2(Store_Keeper, 3, Open, Create) PIN_1(Store_Keeper, 5, Close) ENDS(Store_Keeper, 6)
+PIN_2(Store_Keeper, 3, Open, Create) PIN_2(Store_Keeper, 5, Close, Describe) ENDS(Store_Keeper, 7)
 PIN_2(Store_History, 3, Upgrade, Read_Changes) PIN_1(Store_History, 5, Revert) ENDS(Store_History, 6)
 PIN_2(Store_Records, 3, Begin, End) PIN_4(Store_Records, 5, Read, Describe_Change, Set, Write)
 PIN_2(Store_Records, 9, Add, Remove) ENDS(Store_Records, 11)
@@ -68,7 +68,7 @@ const struct Named_Identity Identities_In_C[] = {
     {"{4F2B7A90-2C1D-4E0A-9B63-581ED740A215}", &Automation_Dispatch_Identity},
     {"{1D8E53C7-6A0F-4B92-803A-F527C69E1101}", &Automation_Class_Object_Identity},
     {"{99356597-6FBA-4662-B6A7-30B7B12E9EED}", &_Busyness_Rules_Identity},
-    {"{0E6A1F83-9D54-4F0B-B12C-7348C5E9063A}", &Store_Keeper_Identity},
+    {"{6B91D0C4-27FE-4A83-8D05-E2793C16BA4F}", &Store_Keeper_Identity},
     {"{1FD84B63-A27E-4395-B60C-48F1957D2AE3}", &Store_History_Identity},
     {"{A41C7F02-35D9-4E6A-9B18-60D32F8AC457}", &Store_Records_Identity},
     {"{3CEAAF30-8142-48EA-91D9-3080F9B439FC}", &Product_SR_Identity},

@@ -1,6 +1,7 @@
 // What only a server can do: go away, come back, stand still, and refuse.
 #include <chrono>
 #include <csignal>
+#include <thread>
 
 #include "automation/text.h"
 #include "ordinary_user.h"

@@ -1,14 +1,15 @@
 // A store of node data on SQL, and the components that stand on it: replacements for the product's closed
 // data components, its message box and its label checker.
 //
-// A store is named by a URL: "sqlite:PATH" or "postgresql://...". It is one connection, shared by every
-// component that was created on it and usable from several threads: an operation holds it from begin to
-// commit. It keeps what it is given as text, odd values included, and never interprets it.
+// A store is named by a URL: "sqlite:PATH" or "postgresql://...". The components that a thread creates on it
+// share a connection of their own. It keeps what it is given as text, odd values included, and never
+// interprets it.
 //
 // Open and Create throw Store_Error; the components leave their failures in the thread's error object, as
 // every automation component does. The schema is described in docs/store.md.
 #pragma once
 
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -16,15 +17,15 @@
 #include <span>
 #include <stdexcept>
 #include <string>
-#include <thread>
 
 #include "automation/server.h"
 #include "interfaces/store_keeper.h"
 
 namespace stores {
 
-class Database;
-class Visit;
+class Connection;
+class Session;
+struct Location;
 
 // One line that names the store and says what to do about it.
 class Store_Error : public std::runtime_error {
@@ -42,16 +43,17 @@ public:
 // The largest number of nodes that Create makes besides the default node.
 constexpr int Most_Nodes = interfaces::Most_Nodes;
 
-class Store {
+// Callable from any thread.
+class Store : public std::enable_shared_from_this<Store> {
 public:
     // Opens a store that exists; makes no file. A file of an older layout is upgraded; a server's store is
     // not, for that takes rights that an editor does not have and shuts out older programs.
     static std::shared_ptr<Store> Open(const std::string& url);
 
-    // Makes the tables and the sample data in one transaction and opens the store. With `nodes`,
-    // configuration 1, partition 1 holds the default node and nodes 1 to `nodes` (0 to Most_Nodes) instead
-    // of the sample's. A new file gets mode 0600 and the folders that had to be made 0700; when anything
-    // fails they are gone again. An existing store, or a database with other tables, is refused untouched.
+    // Makes the tables and the sample data and opens the store. With `nodes`, configuration 1, partition 1
+    // holds the default node and nodes 1 to `nodes` (0 to Most_Nodes) instead of the sample's. The store is
+    // there whole or not at all. A new file gets mode 0600 and the folders that had to be made 0700. An
+    // existing store, or a database with other tables, is refused untouched.
     static std::shared_ptr<Store> Create(const std::string& url, std::optional<int> nodes = std::nullopt);
 
     // Brings a store of an older layout up to this program's in one transaction.
@@ -61,16 +63,20 @@ public:
     Store& operator=(const Store&) = delete;
     ~Store();
 
-    Database& Data() const { return *database; } // for this layer's own components
-    // The visit of the calling thread; it lasts as long as somebody holds it.
-    std::shared_ptr<Visit> Visit_Here();
+    // A URL that opens it and may be shown: without a password.
+    const std::string& Address() const;
+    // The session of the calling thread; it lasts as long as somebody holds it. Throws Store_Error.
+    std::shared_ptr<Session> Session_Here();
 
 private:
-    explicit Store(std::unique_ptr<Database> opened);
+    explicit Store(std::unique_ptr<Connection> opened);
+    static std::shared_ptr<Store> Made(std::unique_ptr<Connection> opened);
+    std::unique_ptr<Connection> Spare_Connection();
 
-    std::unique_ptr<Database> database;
-    std::mutex visits_lock;
-    std::map<std::thread::id, std::weak_ptr<Visit>> visits;
+    const std::unique_ptr<const Location> place;
+    std::mutex lock;
+    std::unique_ptr<Connection> spare; // of the last session that ended, for the next one
+    std::map<std::uint64_t, std::weak_ptr<Session>> sessions; // by thread
 };
 
 // The store that components are created on from then on; it lives as long as one of them does. Null: the

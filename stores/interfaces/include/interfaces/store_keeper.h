@@ -23,8 +23,8 @@ constexpr automation::Long Most_Nodes = STORE_KEEPER_MOST_NODES;
 #endif
 
 #define AUTOMATION_SELF Store_Keeper
-AUTOMATION_BEGIN(Store_Keeper, Automation_Unknown, 0x0E6A1F83, 0x9D54, 0x4F0B,
-                 {0xB1, 0x2C, 0x73, 0x48, 0xC5, 0xE9, 0x06, 0x3A})
+AUTOMATION_BEGIN(Store_Keeper, Automation_Unknown, 0x6B91D0C4, 0x27FE, 0x4A83,
+                 {0x8D, 0x05, 0xE2, 0x79, 0x3C, 0x16, 0xBA, 0x4F})
 #ifdef __cplusplus
 static constexpr automation::String_View Program_Identity = STORE_KEEPER_PROGRAM_IDENTITY;
 static constexpr automation::Identity Class_Identity = STORE_KEEPER_CLASS_IDENTITY;
@@ -33,12 +33,15 @@ static constexpr automation::Identity Class_Identity = STORE_KEEPER_CLASS_IDENTI
  * then on, in the whole process, work on it. A failure's description says what to do. */
 AUTOMATION_MEMBER(Open, Automation_In Location)
 /* Makes a store with the sample data, or with the default node and Nodes others (0 to
- * STORE_KEEPER_MOST_NODES), and answers its location. What is there already is left alone, which is a
- * failure. */
+ * STORE_KEEPER_MOST_NODES), and answers its location as Describe does. What is there already is left alone,
+ * which is a failure. */
 AUTOMATION_MEMBER(Create, Automation_In Location, int32_t Nodes, Automation_Text_Out Result)
 /* Lets the store go once the components on it are gone. Until then a chosen store keeps its module loaded.
  * Closed: whether there was one. */
 AUTOMATION_MEMBER(Close, Automation_Boolean_Reference Closed)
+/* The location as it may be shown, and given to a program again: without a password. Asks no server and no
+ * file. */
+AUTOMATION_MEMBER(Describe, Automation_In Location, Automation_Text_Out Result)
 AUTOMATION_END(Store_Keeper)
 #undef AUTOMATION_SELF
 
