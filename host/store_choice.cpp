@@ -15,7 +15,12 @@ void Give_Up(const automation::Failure& failure) {
 }
 
 Variant Store_Location(const std::optional<std::string>& name) {
-    return name ? Variant(automation::From_UTF8_Replacing(*name)) : Variant();
+    if (!name)
+        return {};
+    auto text = automation::From_UTF8(*name);
+    if (!text) // to replace a byte would name another file
+        throw Start_Error("the name of the store is not UTF-8; rename the file, or a folder above it");
+    return Variant(*text);
 }
 
 Open_Store::Open_Store(const std::optional<std::string>& name) {

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cctype>
 #include <charconv>
 #include <chrono>
 #include <poll.h>
@@ -21,11 +22,14 @@ using Result = std::unique_ptr<PGresult, decltype(&PQclear)>;
 constexpr int Text_Format = 0;
 
 // What the client library said, in one line.
-std::string One_Line(std::string text) {
-    for (char& character : text)
-        if (character == '\n' || character == '\r' || character == '\t')
-            character = ' ';
-    return text.substr(0, text.find_last_not_of(" .") + 1);
+std::string One_Line(std::string_view text) {
+    std::string line;
+    for (const char character : text)
+        if (std::isspace(static_cast<unsigned char>(character)) == 0)
+            line += character;
+        else if (!line.empty() && line.back() != ' ')
+            line += ' ';
+    return line.substr(0, line.find_last_not_of(" .") + 1);
 }
 
 // How long a server may take to be connected to, and to show that it is alive: connect_timeout, else 10
