@@ -4,18 +4,9 @@
 #include "automation/text.h"
 #include "components.h"
 #include "connection.h"
+#include "stored_text.h"
 
 namespace stores {
-
-namespace {
-
-// The characters of XML 1.0: an answer could not hold any other.
-bool Is_Deliverable(char16_t unit) {
-    const bool is_blank = unit == u'\t' || unit == u'\n' || unit == u'\r';
-    return is_blank || (unit >= u' ' && unit < 0xFFFE);
-}
-
-} // namespace
 
 int Key_Of(const automation::Variant& argument) {
     const std::string text = automation::To_UTF8(argument.To_Text());

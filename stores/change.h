@@ -1,9 +1,9 @@
-// The one way in which a record of a node is written: a change and its line in the store's history, both in
-// the transaction of the caller, for the components and for whoever else writes nodes.
+// The one way in which nodes are written: a change, for the components and for whoever else writes nodes. The
+// database writes the history of it; a change tells it who writes and keeps other writers of the partition
+// away.
 //
-// A change takes the store's next number before it looks at anything. Until the transaction ends no other
-// program gets one, so numbers follow the order of the transactions and what is read stays as it is. Failures
-// are Store_Error, except for a node that someone else has changed meanwhile.
+// It lives within one transaction, on its thread. Failures are Store_Error, except for a node that someone
+// else has changed meanwhile and for a partition that someone else is writing.
 #pragma once
 
 #include "schema.h"
@@ -19,32 +19,50 @@ struct Record {
 
 class Change {
 public:
-    // `operation` is what the history calls it. The statements may serve any number of changes.
-    Change(Statements& statements, const Visit& visit, std::string operation, Record record);
+    // `operation` is what the history calls it. Within another change of the session it is a part of that.
+    Change(Connection& connection, Visit& visit, const std::string& operation);
+    ~Change();
+    Change(const Change&) = delete;
+    Change& operator=(const Change&) = delete;
 
-    // automation::Failure, which says who and when, if somebody else has changed the node since the visit
-    // read it.
-    void Require_Unchanged();
+    // Before anything of the partition is looked at or written: what is read from then on stays as it is.
+    void Lock(int config, int partition);
+
+    // automation::Failure, which says who and when, if someone else has changed the node since the visit read
+    // it.
+    void Require_Unchanged(const Values& keys);
 
     // Values in the order of the kind's columns. A record that is not there, or holds them already, is left
     // as it is and is no change for the history.
-    void Update(const Values& values);
+    void Update(const Record& record, const Values& values);
     // A failure when the record exists.
-    void Insert(const Values& values);
-    void Delete();
+    void Insert(const Record& record, const Values& values);
+    void Delete(const Record& record);
+
+    // The number under which the history has it; empty while nothing was changed.
+    std::string Number();
+    // Comes before the commit: what else is written is another program's.
+    void Close();
+
+    Statements& Prepared() { return statements; }
+    bool Is_File() const { return connection.Is_File(); }
 
 private:
-    std::optional<Byte_Row> Present();
-    void Note(const std::optional<Byte_Row>& before, const std::optional<Byte_Row>& after);
+    void Sign(const std::string& operation);
 
-    Statements& statements;
-    const Visit& visit;
-    const std::string operation;
-    const Record record;
-    std::string number;
+    Connection& connection;
+    Statements statements;
+    Visit& visit;
+    const bool is_part;
 };
 
-// The number of the last change; "0" before the first.
-std::string Last_Change(Connection& connection);
+// What a later change of the partition has to be compared with: the number of the last one; "0" before the
+// first.
+std::string Last_Change(Connection& connection, int config, int partition);
+
+// "bob@desk at 2026-11-23 17:05:09 (UTC)", from changed_by, changed_at and database_user.
+std::string Who_And_When(const Byte_Row& row);
+// The same for a change with that number, in any partition.
+std::string Who_And_When(Connection& connection, const std::string& change);
 
 } // namespace stores

@@ -1,9 +1,12 @@
 // Readers: each answers with a persisted recordset in the order of its SELECT list.
+#include <algorithm>
 #include <string>
 
+#include "automation/text.h"
 #include "change.h"
 #include "components.h"
 #include "recordset/writer.h"
+#include "stored_text.h"
 
 namespace stores {
 
@@ -14,20 +17,62 @@ using automation::Variant;
 using recordset::Field_Description;
 using Fields = std::vector<Field_Description>;
 
+// What is read: columns that are the fields of the answer in their order, and what a row of them is to a
+// person.
+struct Question {
+    std::vector<std::string> Columns;
+    std::string Table;
+    std::vector<std::string> Ends; // behind the table's name, one for each statement
+    std::function<std::string(const UTF8_Row& row, std::size_t number)> Name_Of_Row;
+};
+
+constexpr const char* By_Position = " ORDER BY list_position";
+
+std::string Numbered_Row(const std::string& list, std::size_t number) {
+    return "Row " + std::to_string(number) + " of the list " + list;
+}
+
+// No document could carry the row.
+[[noreturn]] void Refuse(const Question& question, const UTF8_Row& row, std::size_t number) {
+    const auto column = std::find_if(row.begin(), row.end(),
+                                     [](const auto& value) { return value && !Can_Be_Delivered(*value); });
+    const auto index = std::min(static_cast<std::size_t>(column - row.begin()), row.size() - 1);
+    const bool is_node = question.Name_Of_Row != nullptr;
+    throw automation::Failure(
+        automation::Status_Unspecified,
+        automation::From_UTF8_Replacing(
+            (is_node ? question.Name_Of_Row(row, number) : Numbered_Row(question.Table, number)) +
+            " has a character in " + question.Columns[index] + " that no document can carry; " +
+            (is_node ? "put another value in its place with style-editor store export and store apply"
+                     : "the store's administrator can put another one in its place")));
+}
+
+void Add(recordset::Writer& writer, const Question& question, const UTF8_Row& row, std::size_t number) {
+    try {
+        if (writer.Add_UTF8_Row(row))
+            return;
+    } catch (const automation::Failure& failure) {
+        if (failure.Number != automation::run_time::Invalid_Argument)
+            throw;
+    }
+    Refuse(question, row, number);
+}
+
 // The rows of all statements, one behind the other. `last_change` is asked for first: a change that came in
 // between would make the reading look older than it is, which is the safe side.
-Variant Recordset_Of(Session& session, const std::vector<std::string>& statements, const Values& keys,
-                     const Fields& fields, std::string* last_change = nullptr) {
+Variant Recordset_Of(Session& session, const Question& question, const Values& keys, const Fields& fields,
+                     std::string* last_change = nullptr) {
     recordset::Writer writer(fields);
     session.Read([&](Connection& connection) {
         if (last_change)
-            *last_change = Last_Change(connection);
-        for (const auto& sql : statements) {
-            Statement select(connection, sql);
+            *last_change = Last_Change(connection, *keys[0].Key, *keys[1].Key);
+        std::size_t number = 0;
+        for (const auto& end : question.Ends) {
+            Statement select(connection,
+                             "SELECT " + SQL_List(question.Columns) + " FROM " + question.Table + end);
             select.Run(keys);
             for (UTF8_Row row; select.Next(row);)
-                if (!writer.Add_UTF8_Row(row))
-                    Refuse_Other_Than_UTF8();
+                Add(writer, question, row, ++number);
         }
     });
     return Variant(std::move(writer).Finish_Text());
@@ -37,17 +82,17 @@ class SR_Reader final : public Component<interfaces::SR> {
 public:
     Status Get_All_Node_Types(Variant& Result) override {
         return Serve([&] {
-            Result = Recordset_Of(*session,
-                                  {"SELECT id, language_1, language_2 FROM node_type ORDER BY list_position"},
-                                  {}, {{u"ID"}, {u"Language1"}, {u"Language2"}});
+            Result =
+                Recordset_Of(*session, {{"id", "language_1", "language_2"}, "node_type", {By_Position}, {}},
+                             {}, {{u"ID"}, {u"Language1"}, {u"Language2"}});
         });
     }
     Status Get_All_Threshold_Types(Variant& Result) override {
         return Serve([&] {
-            Result = Recordset_Of(*session,
-                                  {"SELECT threshold_type_id, language_1, language_2 FROM threshold_type "
-                                   "ORDER BY list_position"},
-                                  {}, {{u"ThresholdTypeID"}, {u"Language1"}, {u"Language2"}});
+            Result = Recordset_Of(
+                *session,
+                {{"threshold_type_id", "language_1", "language_2"}, "threshold_type", {By_Position}, {}}, {},
+                {{u"ThresholdTypeID"}, {u"Language1"}, {u"Language2"}});
         });
     }
 
@@ -57,13 +102,15 @@ private:
 
 // The default node comes first, the others in ascending order. Two statements, because in that order the
 // others come from the primary key as they are; sorted by both in one, they would all be kept and sorted
-// first.
-std::vector<std::string> Select_Nodes() {
-    const std::string select = "SELECT node_number, node_description, supervise_id, hookflash, "
-                               "threshold_type_id, transfer, disconnection FROM style_node "
-                               "WHERE config_id = :config AND partition_id = :partition AND node_number ";
-    return {select + "= 0", select + "<> 0 ORDER BY node_number"};
-}
+// first. A number that no component could be asked for is nobody's node.
+const Question All_Nodes{
+    {"node_number", "node_description", "supervise_id", "hookflash", "threshold_type_id", "transfer",
+     "disconnection"},
+    "style_node",
+    {" WHERE config_id = :config AND partition_id = :partition AND node_number = 0",
+     " WHERE config_id = :config AND partition_id = :partition AND node_number <> 0 "
+     "AND node_number BETWEEN -32768 AND 32767 ORDER BY node_number"},
+    [](const UTF8_Row& row, std::size_t) { return "Node " + std::string(row[0].value_or("0")); }};
 
 class NODES_Reader final : public Component<interfaces::NODES> {
 public:
@@ -86,7 +133,7 @@ public:
     Status Get_Style_Nodes(const Variant& Config_ID, const Variant& Partition_ID, Variant& Result) override {
         return Serve([&] {
             std::string last_change;
-            Result = Recordset_Of(*session, Select_Nodes(), Values_Of({&Config_ID, &Partition_ID}),
+            Result = Recordset_Of(*session, All_Nodes, Values_Of({&Config_ID, &Partition_ID}),
                                   {{u"NodeNumber", recordset::Field_Type::Integer},
                                    {u"NodeDescription"},
                                    {u"SuperviseID"},
@@ -103,10 +150,16 @@ private:
     Status Get_Detail(const Detail_Table& table, const Variant& config, const Variant& partition,
                       const Variant& node, Variant& result) {
         return Serve([&] {
-            const std::string sql = "SELECT " + SQL_List(Detail_Columns(table)) + " FROM " + table.Name +
-                                    " WHERE config_id = :config AND partition_id = :partition "
-                                    "AND node_number = :node";
-            result = Recordset_Of(*session, {sql}, Values_Of({&config, &partition, &node}),
+            const Values keys = Values_Of({&config, &partition, &node});
+            const Question question{
+                Detail_Columns(table),
+                table.Name,
+                {" WHERE config_id = :config AND partition_id = :partition AND node_number = :node"},
+                [&](const UTF8_Row&, std::size_t) {
+                    return "The " + std::string(table.Type) + " record of node " +
+                           std::to_string(*keys[2].Key);
+                }};
+            result = Recordset_Of(*session, question, keys,
                                   {{u"Retrieve"},
                                    {u"BusyRetry"},
                                    {u"NumberRetries"},
@@ -127,17 +180,19 @@ class CONFIG_Reader final : public Component<interfaces::CONFIG> {
 public:
     Status Get_Configuration_Info(Variant& Result) override {
         return Serve([&] {
-            Result =
-                Recordset_Of(*session,
-                             {"SELECT product_name, system_number, site_name, site_number, "
-                              "product_version, release_number FROM configuration ORDER BY list_position"},
-                             {},
-                             {{u"ProductName"},
-                              {u"SystemNumber"},
-                              {u"SiteName"},
-                              {u"SiteNumber"},
-                              {u"ProductVersion"},
-                              {u"ReleaseNumber"}});
+            Result = Recordset_Of(*session,
+                                  {{"product_name", "system_number", "site_name", "site_number",
+                                    "product_version", "release_number"},
+                                   "configuration",
+                                   {By_Position},
+                                   {}},
+                                  {},
+                                  {{u"ProductName"},
+                                   {u"SystemNumber"},
+                                   {u"SiteName"},
+                                   {u"SiteNumber"},
+                                   {u"ProductVersion"},
+                                   {u"ReleaseNumber"}});
         });
     }
 

@@ -8,7 +8,6 @@ namespace stores {
 
 namespace {
 
-constexpr int Style_Node_Type = 5;
 constexpr const char* Entry_Changed = "3/18/2024 9:30:00 AM";
 constexpr std::array Captions{"BLIND", "PARTIAL", "FULL", "DIALCONTINUE", "ENHANCED"};
 

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <charconv>
-#include <span>
 
 #include "automation/text.h"
+#include "history_schema.h"
 #include "stores/store.h"
 
 namespace stores {
@@ -17,13 +17,6 @@ constexpr const char* Version_Table = "store_version";
 // Keys are integers; whatever the product may hand over is text, may be null and is not checked.
 constexpr std::array Tables{
     "CREATE TABLE store_version (version INTEGER NOT NULL)",
-    "CREATE TABLE style_node (config_id INTEGER NOT NULL, partition_id INTEGER NOT NULL, "
-    "node_number INTEGER NOT NULL, node_description TEXT, supervise_id TEXT, supervise_caption TEXT, "
-    "hookflash TEXT, threshold_type_id TEXT, transfer TEXT, disconnection TEXT, "
-    "PRIMARY KEY (config_id, partition_id, node_number))",
-    "CREATE TABLE node_entry (config_id INTEGER NOT NULL, partition_id INTEGER NOT NULL, "
-    "node_type_id INTEGER NOT NULL, node_number INTEGER NOT NULL, label TEXT, changed TEXT, "
-    "PRIMARY KEY (config_id, partition_id, node_type_id, node_number))",
     "CREATE TABLE node_type (list_position INTEGER NOT NULL PRIMARY KEY, id TEXT, "
     "language_1 TEXT, language_2 TEXT)",
     "CREATE TABLE threshold_type (list_position INTEGER NOT NULL PRIMARY KEY, threshold_type_id TEXT, "
@@ -31,6 +24,16 @@ constexpr std::array Tables{
     "CREATE TABLE configuration (list_position INTEGER NOT NULL PRIMARY KEY, product_name TEXT, "
     "system_number TEXT, site_name TEXT, site_number TEXT, product_version TEXT, release_number TEXT)",
 };
+
+constexpr const char* Create_Node =
+    "CREATE TABLE style_node (config_id INTEGER NOT NULL, partition_id INTEGER NOT NULL, "
+    "node_number INTEGER NOT NULL, node_description TEXT, supervise_id TEXT, supervise_caption TEXT, "
+    "hookflash TEXT, threshold_type_id TEXT, transfer TEXT, disconnection TEXT, "
+    "PRIMARY KEY (config_id, partition_id, node_number))";
+constexpr const char* Create_Entry =
+    "CREATE TABLE node_entry (config_id INTEGER NOT NULL, partition_id INTEGER NOT NULL, "
+    "node_type_id INTEGER NOT NULL, node_number INTEGER NOT NULL, label TEXT, changed TEXT, "
+    "PRIMARY KEY (config_id, partition_id, node_type_id, node_number))";
 
 // What leads from version 1 to version 2: the history of changes.
 constexpr std::array To_Version_2{
@@ -41,11 +44,21 @@ constexpr std::array To_Version_2{
     "record TEXT NOT NULL, config_id INTEGER NOT NULL, partition_id INTEGER NOT NULL, "
     "node_number INTEGER NOT NULL, old_values TEXT, new_values TEXT)",
     "CREATE INDEX change_log_of_node ON change_log (config_id, partition_id, node_number, change)",
-    "UPDATE store_version SET version = 2",
 };
 
-// Steps[n] leads from version n + 1 to the next.
-constexpr std::array<std::span<const char* const>, Schema_Version - 1> Steps{To_Version_2};
+void Run_All(Connection& connection, const std::vector<std::string>& statements) {
+    for (const std::string& statement : statements)
+        Statement(connection, statement).Run();
+}
+
+// From one version to the next.
+void Step_From(int version, Connection& connection) {
+    if (version == 1)
+        Run_All(connection, {To_Version_2.begin(), To_Version_2.end()});
+    else
+        Run_All(connection, To_Version_3(connection));
+    Statement(connection, "UPDATE store_version SET version = :version").Run({version + 1});
+}
 
 std::string Create_Detail(const Detail_Table& table) {
     return std::string("CREATE TABLE ") + table.Name +
@@ -115,11 +128,28 @@ const Record_Kind& Detail_Record(const Detail_Table& table) {
     return kinds.at(static_cast<std::size_t>(at - Detail_Tables.begin()));
 }
 
+const std::vector<const Record_Kind*>& All_Kinds() {
+    static const std::vector<const Record_Kind*> kinds = [] {
+        std::vector<const Record_Kind*> all{&Node_Record(), &Node_Entry()};
+        for (const Detail_Table* table : Detail_Tables)
+            all.push_back(&Detail_Record(*table));
+        return all;
+    }();
+    return kinds;
+}
+
 std::string SQL_List(const std::vector<std::string>& columns, const std::string& prefix) {
     std::string text;
     for (const std::string& column : columns)
         text.append(text.empty() ? "" : ", ").append(prefix).append(column);
     return text;
+}
+
+std::string SQL_Create(const Record_Kind& kind) {
+    for (const Detail_Table* table : Detail_Tables)
+        if (kind.Table == table->Name)
+            return Create_Detail(*table);
+    return kind.Table == Node_Record().Table ? Create_Node : Create_Entry;
 }
 
 std::string SQL_Insert(const Record_Kind& kind) {
@@ -154,9 +184,12 @@ int Version_Of_Store(Connection& connection) {
 void Upgrade_Schema(Connection& connection) {
     // A write first: it waits for another upgrade, which a transaction that has begun to read could not.
     Statement(connection, "UPDATE store_version SET version = version").Run();
-    for (int version = Version_Of_Store(connection); version < Schema_Version; ++version)
-        for (const char* step : Steps[static_cast<std::size_t>(version) - 1])
-            Statement(connection, step).Run();
+    int version = Version_Of_Store(connection);
+    if (version == Schema_Version)
+        return;
+    for (; version < Schema_Version; ++version)
+        Step_From(version, connection);
+    Begin_History(connection);
 }
 
 void Check_Empty(Connection& connection) {
@@ -174,12 +207,17 @@ void Check_Empty(Connection& connection) {
 void Create_Tables(Connection& connection) {
     for (const char* table : Tables)
         Statement(connection, table).Run();
+    Statement(connection, Create_Node).Run();
+    Statement(connection, Create_Entry).Run();
     for (const Detail_Table* table : Detail_Tables)
         Statement(connection, Create_Detail(*table)).Run();
     Statement(connection, "INSERT INTO store_version (version) VALUES (1)").Run();
-    for (const auto step : Steps)
-        for (const char* statement : step)
-            Statement(connection, statement).Run();
+    for (int version = 1; version < Schema_Version; ++version)
+        Step_From(version, connection);
+}
+
+void Begin_History(Connection& connection) {
+    Run_All(connection, Triggers(connection));
 }
 
 } // namespace stores

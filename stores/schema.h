@@ -7,7 +7,7 @@
 
 namespace stores {
 
-constexpr int Schema_Version = 2;
+constexpr int Schema_Version = 3;
 
 // The detail records of the four supervised types that have one: one table each, alike but for the pair
 // of busy columns.
@@ -43,9 +43,14 @@ struct Record_Kind {
 const Record_Kind& Node_Record();
 const Record_Kind& Node_Entry();                             // its fourth key is the node's type
 const Record_Kind& Detail_Record(const Detail_Table& table); // supervise_id is its first column
+const std::vector<const Record_Kind*>& All_Kinds();
+
+constexpr int Style_Node_Type = 5; // the product's number of the type of these nodes
 
 // "a, b, c", each with the prefix.
 std::string SQL_List(const std::vector<std::string>& columns, const std::string& prefix = "");
+// As version 1 had it.
+std::string SQL_Create(const Record_Kind& kind);
 // Takes the keys and the values.
 std::string SQL_Insert(const Record_Kind& kind);
 
@@ -60,6 +65,8 @@ void Upgrade_Schema(Connection& connection);
 // Store_Error unless the database holds no table at all.
 void Check_Empty(Connection& connection);
 
+// Without what notes changes: the sample data is none.
 void Create_Tables(Connection& connection);
+void Begin_History(Connection& connection);
 
 } // namespace stores

@@ -33,6 +33,7 @@ void Wait_For_Others(Connection& connection) {
 void Fill(Connection& connection, std::optional<int> nodes) {
     Create_Tables(connection);
     Insert_Sample(connection, nodes);
+    Begin_History(connection);
 }
 
 // False when something has the name already.

@@ -90,10 +90,16 @@ public:
             Result = Changes_Of(*session, {&Config_ID, &Partition_ID, &Node_Number});
         });
     }
-    Status Revert(const Variant&, const Variant&, const Variant&, Automation_Boolean, Automation_Boolean,
-                  Variant&, automation::Text&) override {
-        return Serve([] {
-            throw automation::Failure(automation::Status_Unspecified, u"Changes cannot be taken back yet");
+    Status Revert(const Variant& Location, const Variant& First, const Variant& Last,
+                  Automation_Boolean Force, Automation_Boolean Dry_Run, Variant& Result,
+                  automation::Text& Change) override {
+        return Serve([&] {
+            const auto session = Store::Open(URL(Location))->Session_Here();
+            auto reverted = stores::Revert(*session, automation::To_UTF8(First.To_Text()),
+                                           automation::To_UTF8(Last.To_Text()), Force != AUTOMATION_FALSE,
+                                           Dry_Run != AUTOMATION_FALSE);
+            Result = std::move(reverted.Rows);
+            Change = To_Text(reverted.Change);
         });
     }
     Status Close(Automation_Boolean& Closed) override {

@@ -1,7 +1,6 @@
 #include "visit.h"
 
 #include <array>
-#include <ctime>
 #include <pwd.h>
 #include <random>
 #include <unistd.h>
@@ -50,14 +49,6 @@ void Visit::Note_Reading(int config, int partition, std::string change) {
 std::optional<std::string> Visit::Read_At(int config, int partition) const {
     const auto found = readings.find({config, partition});
     return found == readings.end() ? std::nullopt : std::optional(found->second);
-}
-
-std::string Now() {
-    const std::time_t now = std::time(nullptr);
-    std::tm parts{};
-    std::array<char, 32> text{};
-    std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S", gmtime_r(&now, &parts));
-    return text.data();
 }
 
 } // namespace stores

@@ -30,13 +30,12 @@ public:
     // Nothing when the partition's nodes were not read.
     std::optional<std::string> Read_At(int config, int partition) const;
 
+    bool Changes = false; // a Change is under way
+
 private:
     const std::string person, editor;
     const std::optional<std::string> database_user;
     std::map<std::pair<int, int>, std::string> readings;
 };
-
-// The time as the history has it: UTC, "2026-11-23 17:05:09".
-std::string Now();
 
 } // namespace stores

@@ -1,5 +1,5 @@
 // Writers: an update or a delete that finds no row is no failure, an insert over an existing row is one. None
-// of them writes a node that somebody else has changed since it was read here.
+// of them writes a node that someone else has changed since it was read here.
 #include "change.h"
 #include "components.h"
 
@@ -10,14 +10,15 @@ namespace {
 using automation::Status;
 using automation::Variant;
 
-using Action = std::function<void(Change&)>;
+using Action = std::function<void(Change&, const Record&)>;
 
 void Write(Session& session, const std::string& operation, const Record& record, const Action& action) {
     session.Write([&](Connection& connection) {
-        Statements statements(connection);
-        Change change(statements, session.Editor, operation, record);
-        change.Require_Unchanged();
-        action(change);
+        Change change(connection, session.Editor, operation);
+        change.Lock(*record.Keys[0].Key, *record.Keys[1].Key);
+        change.Require_Unchanged(record.Keys);
+        action(change, record);
+        change.Close();
     });
 }
 
@@ -33,7 +34,7 @@ public:
                                                &Supervise_Caption, &Supervise_ID, &Label});
             Write(*session, "Update_Style_Node",
                   {Node_Record(), Values_Of({&Config_ID, &Partition_ID, &Node_Number})},
-                  [&](Change& change) { change.Update(values); });
+                  [&](Change& change, const Record& record) { change.Update(record, values); });
         });
     }
     Status Update_Node_Entry(const Variant& Label, const Variant& Changed, const Variant& Config_ID,
@@ -43,7 +44,7 @@ public:
             const auto values = Values_Of({}, {&Label, &Changed});
             Write(*session, "Update_Node_Entry",
                   {Node_Entry(), Values_Of({&Config_ID, &Partition_ID, &Node_Number, &Node_Type_ID})},
-                  [&](Change& change) { change.Update(values); });
+                  [&](Change& change, const Record& record) { change.Update(record, values); });
         });
     }
 
@@ -74,7 +75,8 @@ private:
     Status Delete(const Detail_Table& table, std::initializer_list<const Variant*> keys) {
         return Serve([&] {
             Write(*session, std::string("Delete_") + table.Type + "_Detail",
-                  {Detail_Record(table), Values_Of(keys)}, [](Change& change) { change.Delete(); });
+                  {Detail_Record(table), Values_Of(keys)},
+                  [](Change& change, const Record& record) { change.Delete(record); });
         });
     }
 
@@ -131,7 +133,8 @@ private:
         return Serve([&] {
             const auto values = Values_Of({}, texts);
             Write(*session, std::string("Insert_") + table.Type + "_Detail",
-                  {Detail_Record(table), Values_Of(keys)}, [&](Change& change) { change.Insert(values); });
+                  {Detail_Record(table), Values_Of(keys)},
+                  [&](Change& change, const Record& record) { change.Insert(record, values); });
         });
     }
 

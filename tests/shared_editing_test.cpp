@@ -107,7 +107,7 @@ TEST_P(Shared_Editing, Applied_Lines_Are_News_To_An_Editor_And_Stand_In_The_Hist
     EXPECT_EQ(Hook_Flash(), "500");
     const auto noted =
         place.SQL("SELECT record, old_values IS NULL, new_values IS NULL FROM change_log WHERE "
-                  "operation = 'store apply' AND record <> 'node_entry' ORDER BY change");
+                  "operation = 'store apply' AND record <> 'node_entry' ORDER BY change, entry");
     EXPECT_EQ(noted, (Texts{{"style_node", "0", "0"},
                             {"partial_detail", "0", "1"},
                             {"style_node", "0", "0"},
@@ -155,35 +155,37 @@ TEST_P(Shared_Editing, Processes_That_Save_At_The_Same_Time_Lose_Nothing) {
 
 TEST(Shared_History, Cannot_Be_Forged_By_A_Text) {
     const Editor_Session session;
-    const std::string label = "x\nChange 9, by root@desk\r\x1B[2J\u202E\u2028\u200B\u0085\"\\";
+    const std::string label = "x\nChange 99, by root@desk\r\x1B[2J\u202E\u2028\u200B\u0085\"\\";
     std::string literal;
     for (const char character : label)
         literal += character == '\'' ? "''" : std::string(1, character);
-    stores_test::SQL(session.Folder() / "store.db",
-                     "UPDATE node_entry SET label = '" + literal +
-                         "' WHERE config_id = 1 AND partition_id = 1;"
-                         "INSERT INTO change_log VALUES (77, '\n1', 'a\nb', 'c\td', 'e', '\u202E', 'r', 1, "
-                         "1, 3, 'no json\n', NULL)");
+    stores_test::SQL(
+        session.Folder() / "store.db",
+        "UPDATE node_entry SET label = '" + literal +
+            "' WHERE config_id = 1 AND partition_id = 1;"
+            "INSERT INTO change_log VALUES (77, 1, '\n1', 'a\nb', 'c\td', 'e', '\u202E', 'r', 1, "
+            "1, 3, NULL, 'no json\n', NULL)");
     const Temporary_Folder home;
     const std::string script = "shown 1 1 12\npaste cmbHookFlash 600\nclick cmdOK\n";
     program_run::Run(STYLE_EDITOR, {"play", "-", "--store", session.Store()}, home, home.String(), script);
     const auto printed =
         program_run::Run(STYLE_EDITOR, {"store", "history", "--store", session.Store()}, home, home.String());
-    EXPECT_NE(printed.Out.find(
-                  R"(label: "x\u000aChange 9, by root@desk\u000d\u001b[2J\u202e\u2028\u200b\u0085\"\\" -> )"),
-              std::string::npos)
+    EXPECT_NE(
+        printed.Out.find(
+            R"(label: "x\u000aChange 99, by root@desk\u000d\u001b[2J\u202e\u2028\u200b\u0085\"\\" -> )"),
+        std::string::npos)
         << printed.Out;
     EXPECT_NE(printed.Out.find("Change 77, \\u000a1 UTC, by a\\u000ab (database user c\\u0009d): \\u202e\n"
                                "  r, configuration 1, partition 1, node 3\n    ?: \"no json\\u000a\" -> -\n"),
               std::string::npos)
         << printed.Out;
-    for (const std::string hidden : {"\r", "\x1B", "\u202E", "\u2028", "\u200B", "\u0085", "\nChange 9"})
+    for (const std::string hidden : {"\r", "\x1B", "\u202E", "\u2028", "\u200B", "\u0085", "\nChange 99"})
         EXPECT_EQ(printed.Out.find(hidden), std::string::npos);
     const auto lines = program_run::Run(
         STYLE_EDITOR, {"store", "history", "--store", session.Store(), "--json"}, home, home.String());
     EXPECT_TRUE(std::all_of(lines.Out.begin(), lines.Out.end(),
                             [](char c) { return c == '\n' || (c >= ' ' && c < 127); }));
-    EXPECT_EQ(Parsed(lines.Out).size(), 5U) << lines.Out;
+    EXPECT_EQ(Parsed(lines.Out).size(), 18U) << lines.Out;
 }
 
 // --- a server that dies in the middle of a save

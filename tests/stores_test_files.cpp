@@ -88,7 +88,7 @@ TEST(Store_Files, What_Cannot_Be_Used_Is_Refused_Untouched) {
     for (const Action& action : {Create(), Create(5)})
         Refuses(action, URL(real), Reason::Already_There, {real, "exists already"});
     EXPECT_TRUE(Contents(folder) == before);
-    for (const auto& [change, said] : {std::pair("UPDATE store_version SET version = 3", "newer program"),
+    for (const auto& [change, said] : {std::pair("UPDATE store_version SET version = 4", "newer program"),
                                        {"UPDATE store_version SET version = 0", "no version"},
                                        {"UPDATE store_version SET version = 4294967297", "no version"},
                                        {"UPDATE store_version SET version = 'two'", "no version"},

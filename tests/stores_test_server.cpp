@@ -100,8 +100,8 @@ TEST_F(Server_Store, That_Stands_Still_Is_Given_Up) {
 TEST_F(Server_Store, Another_Transaction_Is_Waited_For_But_Not_For_Ever) {
     Use_As("tester", "&connect_timeout=2");
     std::jthread holder([&] {
-        server.SQL(
-            url, "BEGIN; UPDATE change_counter SET last_change = last_change; SELECT pg_sleep(2); ROLLBACK");
+        server.SQL(url, "BEGIN; UPDATE style_node SET hookflash = 1 WHERE partition_id = 2 AND node_number = "
+                        "9; SELECT pg_sleep(2); ROLLBACK");
     });
     while (server.SQL(url, "SELECT pid FROM pg_stat_activity WHERE wait_event = 'PgSleep'").empty())
         std::this_thread::yield();
