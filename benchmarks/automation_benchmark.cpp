@@ -15,12 +15,12 @@ namespace {
 using style_node::_Busyness_Rules;
 using Editor = automation::Reference<_Busyness_Rules>;
 
-// Registers the modules in hives of this run's own, beside its store.
+// Registers the modules in folders of this run's own, beside its store.
 std::string Registered_Modules() {
     std::string folder = (std::filesystem::temp_directory_path() / "benchmark-XXXXXX").string();
     if (mkdtemp(folder.data()) == nullptr)
         std::abort();
-    for (const char* variable : {"STYLE_NODE_MACHINE_HIVE", "XDG_CONFIG_HOME", "XDG_DATA_HOME"})
+    for (const char* variable : {"STYLE_NODE_MACHINE_CLASSES", "XDG_CONFIG_HOME", "XDG_DATA_HOME"})
         setenv(variable, (folder + "/" + variable).c_str(), 1);
     for (const char* module : {COMPONENT, STAND_INS})
         classes::Register_Module(module, classes::Scope::User);

@@ -1,5 +1,5 @@
 # What `cmake --install` puts where, in three components that can be installed apart with --component:
-#   runtime      the platform's library, the editor and its window as modules, what registers modules
+#   runtime      the platform's library, the editor and its displays as modules with their manifests
 #   host         style-editor and the stand-ins for the product's components
 #   development  what other programs are built with: find_package(style_node), pkg-config style-node
 

@@ -77,7 +77,7 @@ endmacro()
 
 # server_module(NAME SOURCES file... LAYERS layer... [COMPONENT component]): an in-process server, which exports its
 # four entry points and nothing else. Nobody but its owner may write it, or it would not be loaded. It is
-# installed as a part of the component (Install.cmake), runtime unless told.
+# installed as a part of the component (Install.cmake), runtime unless told, with its manifest NAME.classes.
 function(server_module name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "COMPONENT" "SOURCES;LAYERS")
     require_layers(${name} ${arg_LAYERS})
@@ -98,4 +98,5 @@ function(server_module name)
         set(arg_COMPONENT runtime)
     endif()
     install(TARGETS ${name} LIBRARY DESTINATION ${MODULE_FOLDER} COMPONENT ${arg_COMPONENT})
+    install(FILES ${name}.classes DESTINATION ${MODULE_FOLDER}/classes.d COMPONENT ${arg_COMPONENT})
 endfunction()

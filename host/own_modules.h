@@ -1,4 +1,4 @@
-// The modules that come with the program. They count where no hive names another one for a class.
+// The modules that come with the program. They count where no manifest names another one for a class.
 #pragma once
 
 namespace host {

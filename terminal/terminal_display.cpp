@@ -1,9 +1,9 @@
 #include "terminal/terminal_display.h"
 
 #include <sys/ioctl.h>
-#include <thread>
 #include <unistd.h>
 
+#include "automation/apartment.h"
 #include "form_keys.h"
 #include "message_box.h"
 #include "typed_hands.h"
@@ -52,7 +52,7 @@ private:
     toolkit::Player* const player;
     Device own;
     std::optional<Played_Device> played;
-    const std::thread::id owner = std::this_thread::get_id();
+    const automation::Apartment apartment;
     std::weak_ptr<Screen> shown_on; // while the outermost dialog or box is up
     std::vector<Form_View*> running;
 };
@@ -74,7 +74,7 @@ void Terminal_Display::Form_Unloaded(toolkit::Form& form) {
 }
 
 std::shared_ptr<Screen> Terminal_Display::Open() {
-    if (std::this_thread::get_id() != owner)
+    if (!apartment.Is_Here())
         throw Cannot_Show("The terminal belongs to another thread; open the dialog on that thread");
     auto screen = shown_on.lock();
     if (!screen) {

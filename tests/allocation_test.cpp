@@ -9,10 +9,10 @@
 #include <gtest/gtest.h>
 
 #include "automation/unknown.h"
-#include "classes/registration.h"
 #include "editor_session.h"
 #include "host/script_display.h"
 #include "host/setup.h"
+#include "modules_in_use.h"
 #include "sqlite_rows.h"
 #include "style_node/editor.h"
 
@@ -175,7 +175,7 @@ TEST_F(Allocation, May_Fail_Anywhere) {
         SCOPED_TRACE("allocation " + std::to_string(failing) + " of " + std::to_string(whole.Allocations));
         ++ends[Play(failing).Ended];
         ASSERT_EQ(automation::Live_Objects(), 0);
-        ASSERT_EQ(Automation_Free_Unused_Modules(), 0);
+        ASSERT_EQ(Modules_In_Use(), 0);
         const Played next = Play(0);
         ASSERT_EQ(next.Ended, whole.Ended) << "the failure has left something behind";
         ASSERT_EQ(next.Store, whole.Store);

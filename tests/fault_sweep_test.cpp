@@ -9,8 +9,8 @@
 #include <gtest/gtest.h>
 
 #include "automation/unknown.h"
-#include "classes/registration.h"
 #include "editor_session.h"
+#include "modules_in_use.h"
 
 namespace {
 
@@ -96,7 +96,7 @@ protected:
         EXPECT_EQ(session.Status(), stayed_up ? 3 : 0) << session.Errors();
         EXPECT_TRUE(!stayed_up || options[1].starts_with("Show_Box@")) << options[1];
         EXPECT_EQ(automation::Live_Objects(), 0);
-        EXPECT_EQ(Automation_Free_Unused_Modules(), 0);
+        EXPECT_EQ(Modules_In_Use(), 0);
         return lines;
     }
 

@@ -2,6 +2,7 @@
 // nothing leaks, and the record names the procedure that met the fault.
 #include "automation/unknown.h"
 #include "editor_files.h"
+#include "modules_in_use.h"
 
 namespace {
 
@@ -83,7 +84,7 @@ protected:
                       fs::copy_options::overwrite_existing);
         const Lines lines = session.Play(script, options);
         EXPECT_EQ(automation::Live_Objects(), 0) << "a proxy is left";
-        EXPECT_EQ(Automation_Free_Unused_Modules(), 0) << "an object is left";
+        EXPECT_EQ(Modules_In_Use(), 0) << "an object is left";
         EXPECT_EQ(session.Status(), 0) << session.Errors();
         for (const Line& result : Only(lines, "result"))
             EXPECT_EQ(result.at("shown"), result.at("ErrDescription") == "") << result;

@@ -36,7 +36,7 @@ inline void Redirect(int descriptor, const std::string& path, int flags) {
     setenv("HOME", home.String().c_str(), 1);
     unsetenv("XDG_DATA_HOME");
     unsetenv("XDG_CONFIG_HOME");
-    setenv("STYLE_NODE_MACHINE_HIVE", (home / "machine.reg").c_str(), 1);
+    setenv("STYLE_NODE_MACHINE_CLASSES", (home / "machine").c_str(), 1);
     setenv("LSAN_OPTIONS", "suppressions=" LEAKS ":print_suppressions=0", 1);
     unsetenv("DISPLAY");
     unsetenv("WAYLAND_DISPLAY");

@@ -1,8 +1,7 @@
-// What an ordinary user can and cannot make the program write: stores, class hives and the user log, under
+// What an ordinary user can and cannot make the program write: stores and the user log, under
 // every umask, through links, into folders and over files that may not be written.
 #include "automation/text.h"
 #include "ordinary_user.h"
-#include "shell/hive_file.h"
 #include "shell/output_file.h"
 #include "stores_test_tools.h"
 
@@ -18,10 +17,6 @@ struct Written_File {
 
 const Written_File Files[] = {
     {"store", [](const std::string& path) { stores::Store::Create(URL(path)); }},
-    {"hive",
-     [](const std::string& path) {
-         shell::Change_Hive(path, {}, {{u"HKEY_CURRENT_USER\\x", u"", u"y"}}, 0600);
-     }},
     {"log",
      [](const std::string& path) {
          shell::Open_For_Append(1, automation::From_UTF8_Replacing(path));

@@ -1,6 +1,8 @@
 // The registry and the reader of its text form.
 #include <array>
+#include <cstring>
 #include <string>
+#include <unistd.h>
 
 #include <gtest/gtest.h>
 
@@ -131,6 +133,34 @@ TEST_F(Registry, Broken_Files_Are_Refused_By_Line_And_Change_Nothing) {
         }
         EXPECT_EQ(Value("K", "v"), "1:former\0"s) << row.Bytes;
     }
+}
+
+TEST_F(Registry, Files_That_Others_May_Have_Written_Are_Refused) {
+    const std::string path = folder / "own/hive.reg";
+    std::filesystem::create_directories(folder / "own");
+    Write_File(path, Version_4);
+    for (const std::string& name : {std::string(), "/own"s, "/own/hive.reg"s}) {
+        const std::filesystem::path spoiled = folder.String() + name;
+        const auto before = std::filesystem::status(spoiled).permissions();
+        std::filesystem::permissions(spoiled, before | std::filesystem::perms::others_write);
+        try {
+            shell::Load_Hive(path);
+            ADD_FAILURE() << spoiled << " is trusted";
+        } catch (const shell::Format_Error& error) {
+            EXPECT_NE(std::string(error.what()).find(spoiled.string() + " may be written by others"),
+                      std::string::npos)
+                << error.what();
+        }
+        std::filesystem::permissions(spoiled, before);
+    }
+    EXPECT_NO_THROW(shell::Load_Hive(path));
+    // What a shell hands over: a pipe.
+    std::array<int, 2> pipe_ends{};
+    ASSERT_EQ(pipe(pipe_ends.data()), 0);
+    ASSERT_EQ(write(pipe_ends[1], Version_4, strlen(Version_4)), static_cast<ssize_t>(strlen(Version_4)));
+    close(pipe_ends[1]);
+    EXPECT_NO_THROW(shell::Load_Hive("/dev/fd/" + std::to_string(pipe_ends[0])));
+    close(pipe_ends[0]);
 }
 
 TEST_F(Registry, A_Query_Tells_The_Room_That_It_Needs) {

@@ -3,7 +3,9 @@
 
 #include <dlfcn.h>
 
+#include <chrono>
 #include <future>
+#include <thread>
 
 #include "automation/create.h"
 #include "automation/text.h"
@@ -78,7 +80,7 @@ private:
 class Threads : public testing::Test {
 protected:
     Threads() {
-        setenv("STYLE_NODE_MACHINE_HIVE", (folder / "machine.reg").c_str(), 1);
+        setenv("STYLE_NODE_MACHINE_CLASSES", (folder / "machine").c_str(), 1);
         setenv("XDG_DATA_HOME", folder.String().c_str(), 1);
         for (const char* module : {COMPONENT, STAND_INS})
             classes::Register_Module(module, classes::Scope::Machine);
@@ -88,7 +90,7 @@ protected:
         Check(keeper->Create(location, Nodes, made));
         Check(keeper->Open(location));
     }
-    ~Threads() override { unsetenv("STYLE_NODE_MACHINE_HIVE"); }
+    ~Threads() override { unsetenv("STYLE_NODE_MACHINE_CLASSES"); }
 
     static Reference<interfaces::Store_Keeper> Keeper() {
         return Create_Bound<interfaces::Store_Keeper>(interfaces::Store_Keeper::Program_Identity);
@@ -109,6 +111,8 @@ TEST_F(Threads, Edit_At_Once_And_Leave_Nothing_Loaded) {
     Check(Keeper()->Close(closed));
     EXPECT_EQ(closed, AUTOMATION_TRUE);
     for (int again = 0; again < 2; ++again) {
+        Automation_Free_Unused_Modules();
+        std::this_thread::sleep_for(std::chrono::milliseconds(1100)); // as long as they have to be idle
         EXPECT_EQ(Automation_Free_Unused_Modules(), 0);
         EXPECT_FALSE(Is_Loaded(COMPONENT) || Is_Loaded(STAND_INS));
         On_Threads(work(1, 1)); // loads them again, and the user's own store
@@ -139,6 +143,25 @@ TEST_F(Threads, Keep_To_Their_Objects) {
     Automation_Boolean blind = AUTOMATION_TRUE;
     Check(editor->Get_SupervisedType_Blind(blind));
     EXPECT_EQ(blind, AUTOMATION_FALSE) << "a refused call has changed the object";
+}
+
+// The system gives the identifier of a thread that has ended to the next one.
+TEST_F(Threads, Are_Not_Taken_For_Those_That_Have_Ended) {
+    Reference<style_node::_Busyness_Rules> editor;
+    std::thread::id owner;
+    std::thread([&] {
+        owner = std::this_thread::get_id();
+        editor = automation::Create_Bound<style_node::_Busyness_Rules>(
+            style_node::_Busyness_Rules::Program_Identity);
+    }).join();
+    bool is_same = false;
+    for (int attempt = 0; attempt < 100 && !is_same; ++attempt)
+        std::thread([&] {
+            is_same = std::this_thread::get_id() == owner;
+            Long code = 0;
+            EXPECT_EQ(editor->Get_ErrCode(code), AUTOMATION_WRONG_THREAD);
+        }).join();
+    EXPECT_TRUE(is_same) << "no thread has got the identifier again";
 }
 
 } // namespace

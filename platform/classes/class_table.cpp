@@ -6,9 +6,8 @@
 #include <mutex>
 
 #include "automation/text.h"
-#include "classes/registration.h"
+#include "class_folders.h"
 #include "modules.h"
-#include "registered.h"
 
 namespace classes {
 
@@ -37,13 +36,9 @@ struct Wanted {
     String_View Program_Identity;
     const Identity* Class_Identity = nullptr; // else
 
-    bool Is(const Class_Description& description) const {
-        return Class_Identity
-                   ? automation::Equal(description.Class_Identity, *Class_Identity)
-                   : automation::Equal_Ignoring_Case(description.Program_Identity, Program_Identity);
-    }
-    std::optional<Place> Registered() const {
-        return Class_Identity ? Find_Registered(*Class_Identity) : Find_Registered(Program_Identity);
+    bool Is(String_View program_identity, const Identity& class_identity) const {
+        return Class_Identity ? automation::Equal(class_identity, *Class_Identity)
+                              : automation::Equal_Ignoring_Case(program_identity, Program_Identity);
     }
     std::string Name() const {
         return Class_Identity ? Identity_Text(*Class_Identity) : automation::To_UTF8(Program_Identity);
@@ -59,8 +54,9 @@ struct Wanted {
 template <typename Entry, typename Member>
 std::optional<Entry> Find(const std::vector<Entry>& entries, const Wanted& wanted, Member description) {
     const std::lock_guard hold(Table().Lock);
-    const auto found = std::find_if(entries.begin(), entries.end(),
-                                    [&](const Entry& entry) { return wanted.Is(description(entry)); });
+    const auto found = std::find_if(entries.begin(), entries.end(), [&](const Entry& entry) {
+        return wanted.Is(description(entry).Program_Identity, description(entry).Class_Identity);
+    });
     return found == entries.end() ? std::nullopt : std::optional(*found);
 }
 
@@ -71,26 +67,51 @@ Reference<Unknown> Made_By(const Class_Description& description, const Wanted& w
     return object;
 }
 
-Reference<Unknown> Made_In(const std::string& module, const Identity& class_identity) {
-    const Class_Object class_object = Class_Object_In(module, class_identity);
+// The module is held until its class object has gone.
+Reference<Unknown> Made_In(const std::string& path, const Identity& class_identity) {
+    const std::string checked = Checked_Module(path);
+    const Module_Hold module = Load_Module(checked);
+    const Class_Object class_object = Class_Object_In(*module, checked, class_identity);
     void* object = nullptr;
     automation::Check(class_object->Create_Instance(&Unknown::Interface_Identity, &object));
     return Reference<Unknown>::Adopt(static_cast<Unknown*>(object));
 }
 
-Reference<Unknown> Create_Registered(const Wanted& wanted) {
-    if (const auto place = wanted.Registered())
-        return Made_In(place->Module, place->Class_Identity);
-    const auto offer = Find(Table().Offered, wanted, [](const Offer& entry) { return entry.Description; });
+// The module and class that the manifests have; else `skipped` says which of them are broken.
+std::optional<Offer> Find_Registered(const Wanted& wanted, std::string& skipped) {
+    for (const Found_Manifest& found : Read_Manifests()) {
+        if (!found.Problem.empty())
+            skipped += "; skipped: " + found.Problem;
+        for (const Manifest_Class& entry : found.Content.Classes) {
+            if (!wanted.Is(entry.Program_Identity, entry.Class_Identity))
+                continue;
+            if (found.Content.Interface != AUTOMATION_VERSION)
+                throw Registration_Error(Other_Version(found.Content.Module, found.Content.Interface));
+            return Offer{{entry.Program_Identity, entry.Class_Identity, {}}, found.Content.Module};
+        }
+    }
+    return std::nullopt;
+}
+
+Reference<Unknown> Create_Registered(const Wanted& wanted, bool with_offers) {
+    std::string skipped;
+    auto offer = Find_Registered(wanted, skipped);
+    const auto offered = Find(Table().Offered, wanted, [](const Offer& entry) { return entry.Description; });
+    if (!offer && with_offers)
+        offer = offered;
     if (!offer)
-        Refuse(wanted.Name() + " is not registered; run style-editor register with its module");
+        Refuse(
+            wanted.Name() +
+            " is not registered; install the package that brings it, or run style-editor register with its "
+            "module" +
+            skipped);
     return offer->Module.empty() ? Made_By(offer->Description, wanted)
                                  : Made_In(offer->Module, offer->Description.Class_Identity);
 }
 
-Reference<Unknown> Create_Behind(const Wanted& wanted) {
+Reference<Unknown> Create_Behind(const Wanted& wanted, bool with_offers = true) {
     try {
-        return Create_Registered(wanted);
+        return Create_Registered(wanted, with_offers);
     } catch (const Registration_Error& error) {
         Refuse(error.what());
     }
@@ -155,7 +176,7 @@ Reference<Unknown> Create_Behind(String_View program_identity) {
 
 std::optional<std::string> Explain(String_View program_identity) {
     try {
-        Create(Wanted{program_identity});
+        Create_Behind(Wanted{program_identity}, false);
         return std::nullopt;
     } catch (const automation::Failure& failure) {
         return automation::To_UTF8(failure.Reason.empty() ? failure.Description : failure.Reason);

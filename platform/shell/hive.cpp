@@ -38,16 +38,4 @@ const Hive::Values* Hive::Find(String_View path) const {
     return below != keys.end() && below->first.starts_with(folded + Separator) ? &none : nullptr;
 }
 
-std::vector<String> Hive::Names_Below(String_View path) const {
-    const String above = automation::Case_Folded(path) + Separator;
-    std::vector<String> names;
-    for (auto key = keys.lower_bound(above); key != keys.end() && key->first.starts_with(above); ++key) {
-        const String name =
-            key->first.substr(above.size(), key->first.find(Separator, above.size()) - above.size());
-        if (names.empty() || names.back() != name)
-            names.push_back(name);
-    }
-    return names;
-}
-
 } // namespace shell

@@ -26,8 +26,6 @@ public:
     void Remove_Key(automation::String_View path); // with all keys below it
     // Null when there is no such key.
     const Values* Find(automation::String_View path) const;
-    // The folded names of the keys right below a key, in their order.
-    std::vector<automation::String> Names_Below(automation::String_View path) const;
 
 private:
     // By folded path from the predefined key. A key that only has others below it need not stand here: a

@@ -1,13 +1,14 @@
 #include "shell/registry.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <mutex>
 
 #include "automation/text.h"
 #include "hive.h"
 #include "predefined_keys.h"
 #include "shell/eight_bit.h"
-#include "shell/file_bytes.h"
+#include "shell/trusted_file.h"
 
 namespace shell {
 
@@ -16,6 +17,8 @@ using automation::String;
 using automation::String_View;
 
 namespace {
+
+constexpr std::size_t Largest_File = std::size_t{64} << 20U;
 
 using Shared_Hive = std::shared_ptr<const Hive>;
 
@@ -93,7 +96,10 @@ Long Give(const Registry_Value& value, std::uint8_t* data, std::uint32_t* size) 
 
 void Load_Hive(const std::string& path) {
     try {
-        Replace_Hive(Parse_Hive(File_Bytes(path)));
+        const Trusted_File file(std::filesystem::absolute(path), Trusted_File::Sticky::Anywhere);
+        Replace_Hive(Parse_Hive(file.Bytes(Largest_File)));
+    } catch (const Trust_Error& error) {
+        throw Format_Error(0, std::string("the registry file is not used: ") + error.what());
     } catch (const Format_Error& error) {
         throw Format_Error(error.Line, error.Reason, path);
     }

@@ -6,11 +6,23 @@
 #endif
 #include "automation/server.h"
 
+#include <chrono>
+#include <thread>
+
 extern "C" void Defined_Nowhere();
 
 namespace {
 
 class Thing final : public automation::Object<Automation_Dispatch> {
+#ifdef SLOW_RELEASE // the module counts no object any more
+public:
+    static void operator delete(void* memory) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        ::operator delete(memory);
+    }
+
+private:
+#endif
     automation::Status Get_Member_Identities(const Automation_Name*, std::uint32_t,
                                              std::int32_t* identities) override {
         *identities = 1;

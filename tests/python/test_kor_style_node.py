@@ -10,11 +10,11 @@ import tempfile
 import unittest
 
 FOLDER = pathlib.Path(tempfile.mkdtemp(prefix="style-node-python-"))
-HIVE = FOLDER / "machine" / "classes.reg"
+CLASSES = FOLDER / "machine"
 MODULES = [pathlib.Path(os.environ[name]) for name in ("STYLE_NODE_COMPONENT", "STYLE_NODE_STAND_INS")]
 for _name in ("XDG_DATA_HOME", "XDG_CONFIG_HOME"):
     os.environ[_name] = str(FOLDER / _name)
-os.environ["STYLE_NODE_MACHINE_HIVE"] = str(HIVE)
+os.environ["STYLE_NODE_MACHINE_CLASSES"] = str(CLASSES)
 
 from kor_style_node._library import Variant  # noqa: E402
 from kor_style_node._variants import fill, taken  # noqa: E402
@@ -26,7 +26,6 @@ OVERFLOW = ("[KOR_STYLE_Node][Busyness_Rules]Shown", 6, "Overflow")
 
 
 def setUpModule():
-    HIVE.parent.mkdir(mode=0o755)
     command = [os.environ["STYLE_EDITOR"], "register", "--machine", *MODULES]
     subprocess.run(command, check=True, stdout=subprocess.DEVNULL)
 
@@ -149,10 +148,13 @@ class Threads(unittest.TestCase):
 
 
 COUNTING = """
-import threading
+import threading, time
 from kor_style_node import Busyness_Rules, Create
 from kor_style_node._library import library
-loaded = library.Automation_Free_Unused_Modules  # answers how many stay: the store's own one does
+def loaded():  # answers how many stay when the idle ones go: the store's own one does
+    library.Automation_Free_Unused_Modules()
+    time.sleep(1.1)
+    return library.Automation_Free_Unused_Modules()
 with Busyness_Rules() as editor:
     before = loaded()
 after_block = loaded()
@@ -183,13 +185,14 @@ class Creation(unittest.TestCase):
 
     def setUp(self):
         self.folder = pathlib.Path(tempfile.mkdtemp(dir=FOLDER))
-        self.hive = self.folder / "classes.reg"
+        self.manifest = self.folder / "editor.classes"
         self.module = self.folder / "Editor.so"
         shutil.copy(MODULES[0], self.module)
         self.module.chmod(0o755)
-        self.hive.write_text(HIVE.read_text().replace(str(MODULES[0].resolve()), str(self.module)))
-        os.environ["STYLE_NODE_MACHINE_HIVE"] = str(self.hive)
-        self.addCleanup(os.environ.__setitem__, "STYLE_NODE_MACHINE_HIVE", str(HIVE))
+        registered = next(CLASSES.glob("*KOR_STYLE_Node.classes")).read_text()
+        self.manifest.write_text(registered.replace(str(MODULES[0].resolve()), str(self.module)))
+        os.environ["STYLE_NODE_MACHINE_CLASSES"] = str(self.folder)
+        self.addCleanup(os.environ.__setitem__, "STYLE_NODE_MACHINE_CLASSES", str(CLASSES))
 
     def test_explains_its_failure(self):
         cases = (
@@ -197,9 +200,9 @@ class Creation(unittest.TestCase):
             ("module that others may write", lambda: self.module.chmod(0o757), "module"),
             ("folder that others may write", lambda: self.folder.chmod(0o777), "folder"),
             ("no library", lambda: self.module.write_bytes(b"text"), "module"),
-            ("broken hive", lambda: self.hive.write_text("REGEDIT4\n\nno key\n"), "hive"),
-            ("hive that others may write", lambda: self.hive.chmod(0o666), "hive"),
-            ("not registered", lambda: self.hive.unlink(), None),
+            ("broken manifest", lambda: self.manifest.write_text("Module = no path\n"), "manifest"),
+            ("manifest that others may write", lambda: self.manifest.chmod(0o666), "manifest"),
+            ("not registered", lambda: self.manifest.unlink(), None),
         )
         for name, spoil, culprit in cases:
             with self.subTest(name):

@@ -70,7 +70,7 @@ struct Apply_Command {
 // register and unregister: modules by their absolute paths.
 struct Register_Command {
     std::vector<std::string> Modules;
-    bool Machine = false; // else the user's hive
+    bool Machine = false; // else for this user
     bool Removes = false;
 };
 

@@ -10,7 +10,7 @@
  * may be called from every thread; a variant and an object's members belong to one thread at a time.
  *
  * AUTOMATION_VERSION names this interface. The identity of Automation_Class_Object changes with it, so that a
- * module of another version is refused before anything of it is called. */
+ * module of another version is refused, at its registration and before an object of it is made. */
 #ifndef STYLE_NODE_AUTOMATION_ABI_H
 #define STYLE_NODE_AUTOMATION_ABI_H
 
@@ -151,9 +151,9 @@ AUTOMATION_API(Automation_Block*) Automation_Describe(int32_t number) AUTOMATION
 /* ---- Classes ----
  *
  * A class is found by its programmatic identifier, without regard to case, or by its class identity: first
- * among those that the process provides itself, then in the user's hive, then in the machine's, last among
- * those that a host offers. 429 when it cannot be created (the error's Reason says why), 430 when the object
- * does not have the interface. */
+ * among those that the process provides itself, then among the user's registered ones, then among the
+ * machine's, last among those that a host offers. 429 when it cannot be created (the error's Reason says
+ * why), 430 when the object does not have the interface. */
 
 AUTOMATION_API(Automation_Status)
 Automation_Create(const char16_t* program_identity, uint32_t length,
@@ -162,10 +162,12 @@ AUTOMATION_API(Automation_Status)
 Automation_Create_By_Identity(const Automation_Identity* class_identity,
                               const Automation_Identity* interface_identity,
                               void** object) AUTOMATION_NOEXCEPT;
-/* Unloads the modules that say yes to DllCanUnloadNow; answers how many are still loaded. */
+/* Unloads the modules that said yes to DllCanUnloadNow at an earlier call, a second ago or more, say so now,
+ * and have not been used in between: a thread may still be on its way out of the last object's Release.
+ * Answers how many are still loaded. */
 AUTOMATION_API(int32_t) Automation_Free_Unused_Modules(void) AUTOMATION_NOEXCEPT;
 
-/* What a module writes about one of its classes from DllRegisterServer. */
+/* What a module says about one of its classes from DllRegisterServer. */
 typedef struct Automation_Registration {
     const char16_t* Program_Identity; /* ends with a zero */
     Automation_Identity Class_Identity;
@@ -173,8 +175,8 @@ typedef struct Automation_Registration {
     const void* Address;             /* anything in the module: says which file it is */
 } Automation_Registration;
 
-/* Go to the hive that the registering command has chosen, or the user's. Run-time 70, 75, 76 with a Reason.
- */
+/* Tell the registering command, or go to the module's manifest in the user's folder. Run-time 75 with a
+ * Reason. */
 AUTOMATION_API(Automation_Status)
 Automation_Register(const Automation_Registration* registration) AUTOMATION_NOEXCEPT;
 AUTOMATION_API(Automation_Status)

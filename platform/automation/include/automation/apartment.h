@@ -1,16 +1,22 @@
 // The thread that an object belongs to. Header-only; may be asked from every thread.
 #pragma once
 
-#include <thread>
+#include <atomic>
 
 #include "automation/failure.h"
 
 namespace automation {
 
+// Numbers of this module's own: the system gives the identifier of a thread that has ended to another one.
+namespace detail {
+__attribute__((visibility("hidden"))) inline std::atomic<std::uint64_t> last_thread{0};
+__attribute__((visibility("hidden"))) inline thread_local const std::uint64_t this_thread = ++last_thread;
+} // namespace detail
+
 class Apartment {
 public:
-    Apartment() noexcept : owner(std::this_thread::get_id()) {}
-    bool Is_Here() const noexcept { return owner == std::this_thread::get_id(); }
+    Apartment() noexcept : owner(detail::this_thread) {}
+    bool Is_Here() const noexcept { return owner == detail::this_thread; }
 
     // Raises AUTOMATION_WRONG_THREAD on every thread but the one that made it.
     void Require() const {
@@ -19,7 +25,7 @@ public:
     }
 
 private:
-    const std::thread::id owner;
+    const std::uint64_t owner;
 };
 
 } // namespace automation

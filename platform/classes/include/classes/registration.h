@@ -1,13 +1,15 @@
-// The registered classes: programmatic identifier, class identity, module and threading model, kept in two
-// hives, the user's before the machine's.
+// The registered classes. Each module has a manifest, a small text file that names it and its classes, in one
+// of these folders, in the order of the look-up:
 //
-//     HKEY_CURRENT_USER\Software\Classes (the user's), HKEY_LOCAL_MACHINE\SOFTWARE\Classes (the machine's)
-//         \PROGRAM-IDENTITY\CLSID                 @="{class identity}"
-//         \CLSID\{class identity}\ProgID          @="PROGRAM-IDENTITY"
-//         \CLSID\{class identity}\InprocServer32  @="absolute path", "ThreadingModel"="Apartment"
+//     yours               XDG_CONFIG_HOME/style-node/classes.d, else ~/.config/style-node/classes.d
+//     the administrator's /etc/style-node/classes.d
+//     the packages'       style-node/classes.d beside the platform's library
 //
-// A hive, a module or the folder of either that others than its owner (root or this user) may write is
-// refused; a missing hive is an empty one. Callable from any thread and from several processes at once.
+// In a folder the name with the highest number at its beginning goes first, then the names backwards; what is
+// registered gets the next number. STYLE_NODE_MACHINE_CLASSES names one folder in the place of the last two.
+// A broken manifest is skipped. A folder, a manifest or a module that others than root and this user may have
+// changed, or that lies below such a folder, is refused (shell/trusted_file.h). Callable from any thread and
+// from several processes at once.
 #pragma once
 
 #include <optional>
@@ -27,29 +29,29 @@ struct Registration_Error : std::runtime_error {
 };
 
 struct Registered_Class {
-    automation::String Program_Identity;
-    std::string Class_Identity; // {…}, as the hive has it
+    automation::String Program_Identity; // empty for a manifest that is skipped
     std::string Module;
     std::string Threading_Model;
     Scope Where;
-    std::string Problem; // why it would not be created; empty when it would
+    std::string Manifest; // its file
+    std::string Problem;  // why it would not be created; empty when it would
 };
 
-// Where the hive is: STYLE_NODE_MACHINE_HIVE or the path that was built in; the user's below XDG_CONFIG_HOME.
-std::string Hive_Path(Scope scope);
+// Where a registration goes: yours or the administrator's. Empty without a home folder.
+std::string Class_Folder(Scope scope);
 
 // Lets the module register its classes. All of the following throw Registration_Error.
 void Register_Module(const std::string& path, Scope scope);
-// Lets the module take its classes back, and removes what still names its file. Also for a file that has
-// gone. Answers how many classes went.
+// Takes the module's manifest away, without loading it; the file may be broken or gone. Answers how many
+// classes went.
 int Unregister_Module(const std::string& path, Scope scope);
-// Offers the module's classes to this process (class_table.h) instead of writing them to a hive.
+// Offers the module's classes to this process (class_table.h) instead of writing a manifest.
 void Offer_Classes_Of(const std::string& path);
 // Where the platform's library lies, by an absolute path.
 std::string Platform_Folder();
-// In the order of the look-up.
+// In the order of the look-up. No module is loaded.
 std::vector<Registered_Class> Registered_Classes();
-// Why a class cannot be created, or nothing. Creates an object of it.
+// Why a class cannot be created, or nothing. Creates an object of it, as a host would that offers nothing.
 std::optional<std::string> Explain(automation::String_View program_identity);
 
 } // namespace classes

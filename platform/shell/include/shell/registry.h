@@ -20,6 +20,7 @@ namespace shell {
 // without a name) with "text", dword:, hex:, hex(type): or - (the value goes), lines that a backslash
 // continues, and comments behind a semicolon. Texts are kept as the 8-bit functions give them: UTF-8 with a
 // terminating zero. In version 5.00 the bytes of the text types 1, 2 and 7 are UTF-16 and become UTF-8.
+// A file that others than root and this user may have written (trusted_file.h) is refused.
 // Failure: Format_Error with the file, the line and what is wrong with it.
 void Load_Hive(const std::string& path);
 void Unload_Hive();
