@@ -42,8 +42,9 @@ const std::vector<recordset::Field_Description> Fields{
 std::string Bounded(const Connection& connection, std::size_t column) {
     const std::string name = Entry_Columns[column];
     const std::string length = std::to_string((column >= Old ? Longest_Object : Longest_Name) + 1);
-    return connection.Is_File() ? "substr(CAST(" + name + " AS BLOB), 1, " + length + ")"
-                                : "left(CAST(" + name + " AS text), " + length + ")";
+    return connection.Is_File()
+               ? "COALESCE(substr(CAST(" + name + " AS BLOB), 1, " + length + "), substr(" + name + ", 1, 0))"
+               : "left(CAST(" + name + " AS text), " + length + ")";
 }
 
 std::optional<std::int64_t> Number_In(const std::optional<std::string>& text) {

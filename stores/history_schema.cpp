@@ -143,6 +143,11 @@ Texts File_To_Version_3(Connection& connection) {
 
 // Puts control characters of the entry just made as JSON has them, a few with each statement: SQLite's parser
 // does not nest much deeper.
+constexpr const char* Escape_Some = R"(
+    UPDATE change_log SET old_values = @OLD@, new_values = @NEW@
+    WHERE change = @CHANGE@ AND entry = (SELECT MAX(entry) FROM change_log WHERE change = @CHANGE@)
+        AND (old_values @ONE@ OR new_values @ONE@);)";
+
 std::string Escape_Controls() {
     constexpr unsigned Together = 8;
     constexpr std::string_view digits = "0123456789abcdef";
@@ -154,13 +159,10 @@ std::string Escape_Controls() {
                                      code < 16 ? "0" : "1", digits.substr(code % 16U, 1), "')"});
             return text;
         };
-        const std::string has_one = " GLOB '*[' || char(1) || '-' || char(31) || ']*'";
-        statements += Concatenated(
-            {"UPDATE change_log SET old_values = ", replaced("old_values"),
-             ", new_values = ", replaced("new_values"),
-             " WHERE change = (SELECT last_change FROM change_counter) AND entry = (SELECT MAX(entry) FROM "
-             "change_log WHERE change = (SELECT last_change FROM change_counter)) AND (old_values",
-             has_one, " OR new_values", has_one, "); "});
+        const std::string has_one = "GLOB '*[' || char(1) || '-' || char(31) || ']*'";
+        statements +=
+            Filled(Escape_Some,
+                   {{"OLD", replaced("old_values")}, {"NEW", replaced("new_values")}, {"ONE", has_one}});
     }
     return statements;
 }
@@ -381,8 +383,8 @@ std::vector<std::string> To_Version_3(Connection& connection) {
 std::vector<std::string> Triggers(Connection& connection) {
     Texts steps;
     if (connection.Is_File()) {
-        steps.push_back(Filled(Note_Entry, {{"CHANGE", "(SELECT last_change FROM change_counter)"},
-                                            {"ESCAPE", Escape_Controls()}}));
+        steps.push_back(Filled(Note_Entry, {{"ESCAPE", Escape_Controls()},
+                                            {"CHANGE", "(SELECT last_change FROM change_counter)"}}));
         for (const Record_Kind* kind : All_Kinds())
             Add_File_Triggers(steps, *kind);
         return steps;

@@ -64,6 +64,8 @@ public:
     bool Plan() {
         if (!Is_There(first) || !Is_There(last))
             return false;
+        if (std::stoll(first) > std::stoll(last))
+            std::swap(first, last);
         Lock();
         Read_Entries(connection, "WHERE change BETWEEN :first AND :last ORDER BY change DESC, entry DESC",
                      {first, last}, [&](Entry& entry) { Take(entry); });
@@ -242,7 +244,7 @@ private:
 
     Connection& connection;
     Change change;
-    const std::string first, last;
+    std::string first, last;
     const bool force;
     std::map<Place, Wanted> plan;
     std::map<Place, Columns> present;

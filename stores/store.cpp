@@ -135,7 +135,9 @@ std::shared_ptr<Session> Store::Session_Here() {
             if (auto session = known->second.lock())
                 return session;
     }
-    const auto end = [store = shared_from_this()](Session* ended) {
+    // What ends the session outlives it, in the store's own map: it must not keep the store.
+    const auto end = [kept = shared_from_this()](Session* ended) mutable {
+        const auto store = std::move(kept);
         auto connection = ended->Give_Back();
         delete ended;
         const std::lock_guard hold(store->lock);

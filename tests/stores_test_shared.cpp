@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "automation/text.h"
+#include "interfaces/store_history.h"
 #include "stores_test_tools.h"
 
 namespace {
@@ -317,6 +318,43 @@ TEST_P(Versions, An_Older_Store_Is_Upgraded_Whole) {
     const Store_Place fresh(GetParam());
     Store::Create(fresh.URL);
     EXPECT_EQ(Layout(place), Layout(fresh));
+}
+
+TEST_P(Versions, What_Version_2_Noted_Is_Kept_And_Can_Be_Taken_Back) {
+    place.SQL(
+        "CREATE TABLE change_counter (last_change BIGINT NOT NULL); INSERT INTO change_counter VALUES (9);"
+        "CREATE TABLE change_log (change BIGINT NOT NULL PRIMARY KEY, changed_at TEXT NOT NULL, changed_by "
+        "TEXT "
+        "NOT NULL, database_user TEXT, editor TEXT NOT NULL, operation TEXT NOT NULL, record TEXT NOT NULL, "
+        "config_id INTEGER NOT NULL, partition_id INTEGER NOT NULL, node_number INTEGER NOT NULL, old_values "
+        "TEXT, new_values TEXT);"
+        "CREATE INDEX change_log_of_node ON change_log (config_id, partition_id, node_number, change);"
+        "CREATE VIEW report AS SELECT change, transfer FROM change_log, style_node;"
+        "INSERT INTO change_log VALUES (7, 't', 'bob@desk', NULL, '1-2-3', 'Update_Style_Node', "
+        "'style_node', 1, "
+        "2, 7, '{\"transfer\": \"\\u0009!\"}', '{\"transfer\": \"!\"}'), (8, 't', 'bob@desk', NULL, '1-2-3', "
+        "'Delete_Full_Detail', 'full_detail', 1, 2, 7, '{\"retrieve\": \"x\", \"busy_retry\": null}', NULL);"
+        "INSERT INTO node_entry VALUES (1, 2, 5, 7, 'new', 'now'); INSERT INTO change_log VALUES (9, 't', "
+        "'bob@desk', NULL, '1-2-3', 'Update_Node_Entry', 'node_entry', 1, 2, 7, '{\"label\": \"old\"}', "
+        "'{\"label\": \"new\"}'); UPDATE store_version SET version = 2");
+    if (GetParam() == Kind::Server)
+        upgrade();
+    const auto history = [&] {
+        Use(Store::Open(place.URL));
+        return automation::Create_Bound<interfaces::Store_History>(
+            interfaces::Store_Keeper::Program_Identity);
+    }();
+    Variant rows;
+    automation::Text change;
+    const Variant url(*automation::From_UTF8(place.URL));
+    Check(history->Revert(url, u"7", u"9", AUTOMATION_FALSE, AUTOMATION_FALSE, rows, change));
+    EXPECT_EQ(automation::To_UTF8(change.View()), "10") << "numbers go on";
+    EXPECT_EQ(
+        place.SQL(
+            "SELECT report.transfer, retrieve, busy_retry, label FROM report, full_detail, node_entry WHERE "
+            "change = 7"),
+        (Rows{{"\t!", "x", "<null>", "old"}}));
+    EXPECT_EQ(Parsed(rows).size(), 4U);
 }
 
 TEST_P(Versions, An_Upgrade_That_Fails_Changes_Nothing) {
