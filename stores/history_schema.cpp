@@ -281,7 +281,8 @@ BEGIN
             WHERE l.config_id = place.config_id AND l.partition_id = place.partition_id));
     END LOOP;
     SELECT t.change INTO number FROM @SCHEMA@.change_transaction t WHERE t.xact = pg_current_xact_id();
-    IF number IS NULL OR number < newest THEN
+    IF number IS NULL OR number < newest OR (current_setting('transaction_isolation') <> 'read committed'
+            AND number < (SELECT n.last_value FROM @SCHEMA@.change_number n)) THEN -- it cannot see what is newest
         number = nextval('@SCHEMA_TEXT@.change_number');
         INSERT INTO @SCHEMA@.change_transaction AS t (xact, change) VALUES (pg_current_xact_id(), number)
             ON CONFLICT (xact) DO UPDATE SET change = EXCLUDED.change;

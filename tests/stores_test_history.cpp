@@ -399,6 +399,33 @@ TEST_F(Server_History, Another_Partition_Is_Not_Waited_For_And_A_Locked_One_Name
         << said;
 }
 
+TEST_F(Server_History, Numbers_Rise_In_The_Order_In_Which_A_Partition_Was_Written) {
+    const auto write = [](int partition) {
+        return "UPDATE style_node SET hookflash = hookflash || '1' WHERE node_number = 3 AND config_id = 1 "
+               "AND "
+               "partition_id = " +
+               std::to_string(partition) + ";";
+    };
+    {
+        std::vector<std::jthread> threads;
+        for (const std::string& work :
+             {"BEGIN;" + write(1) + "SELECT pg_sleep(0.01);" + write(2) + "COMMIT", write(2), write(1),
+              "BEGIN; SAVEPOINT one;" + write(1) + "ROLLBACK TO one;" + write(1) + write(2) + "COMMIT"})
+            threads.emplace_back([&, work] {
+                for (int round = 0; round < 15; ++round)
+                    server.SQL(As("mallory"), work);
+            });
+    }
+    for (const std::string partition : {"1", "2"}) {
+        const Rows changes = server.SQL(
+            url, "SELECT old_values, new_values FROM change_log WHERE partition_id = " + partition +
+                     " ORDER BY change, entry");
+        EXPECT_EQ(changes.size(), 45U);
+        for (std::size_t change = 1; change < changes.size(); ++change)
+            ASSERT_EQ(changes[change][0], changes[change - 1][1]) << "each saw the one before";
+    }
+}
+
 TEST_F(Server_History, Rights_To_Write_It_Go_With_The_Upgrade) {
     // As version 2 had it, as far as its rights go.
     const std::string old = server.New_Database();
