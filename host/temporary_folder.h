@@ -12,9 +12,11 @@ namespace host {
 class Temporary_Folder {
 public:
     Temporary_Folder() {
-        std::string name = (std::filesystem::temp_directory_path() / "style-editor-XXXXXX").string();
-        if (!mkdtemp(name.data()))
-            throw Start_Error("no temporary folder can be made in " + name + "; set TMPDIR to one");
+        std::error_code unusable;
+        std::string name = (std::filesystem::temp_directory_path(unusable) / "style-editor-XXXXXX").string();
+        if (unusable || !mkdtemp(name.data()))
+            throw Start_Error(
+                "no temporary folder can be made; set TMPDIR to a folder that you can write to");
         path = name;
     }
     Temporary_Folder(const Temporary_Folder&) = delete;

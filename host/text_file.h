@@ -1,6 +1,7 @@
-// Whole files that the command line names.
+// Whole inputs and files that the command line names. What is larger than its bound is not read to its end.
 #pragma once
 
+#include <istream>
 #include <string>
 #include <string_view>
 
@@ -8,9 +9,9 @@
 
 namespace host {
 
-// Throws Start_Error when the file cannot be read.
-std::string Read_File(const std::string& path);
-// Throws Start_Error also when it is not UTF-8.
+// The file, or for "-" the standard input, of at most 64 MiB. Throws Start_Error when it cannot be read.
+std::string Read_Input(const std::string& path, std::istream& standard_input);
+// A file of at most 256 MiB. Throws Start_Error also when it is not UTF-8.
 automation::String Read_Text_File(const std::string& path);
 // For the owner alone, and on the disk when it returns. Throws Start_Error, also when there is something
 // already.

@@ -6,6 +6,7 @@
 
 #include <libpq-fe.h>
 
+#include "automation/interruption.h"
 #include "connection.h"
 #include "stores/store.h"
 
@@ -181,7 +182,7 @@ private:
                 continue;
             // It may be at work on something that takes long.
             if (next_look >= patience * Longest_Wait || !parameters.Server_Answers())
-                Fail_Silent();
+                Fail_Silent("the server did not answer in time");
             next_look += patience;
         }
         return {PQgetResult(handle.get()), PQclear};
@@ -198,6 +199,8 @@ private:
             const auto left = std::chrono::ceil<milliseconds>(end - Clock::now()).count();
             if (patience.count() > 0 && left <= 0)
                 return false;
+            if (automation::Is_Interrupted() && !committing)
+                Fail_Silent("interrupted");
             const int ready = poll(&socket, 1, patience.count() > 0 ? static_cast<int>(left) : -1);
             if (ready > 0 && (socket.revents & ~POLLOUT) != 0)
                 return true;
@@ -210,10 +213,9 @@ private:
     std::string Unknown_Outcome() const {
         return committing ? "; whether the change was stored is not known" : "";
     }
-    [[noreturn]] void Fail_Silent() {
+    [[noreturn]] void Fail_Silent(const std::string& why) {
         is_silent = true;
-        Fail("cannot be used: the server did not answer in time" + Unknown_Outcome() +
-             "; try again when the server runs");
+        Fail("cannot be used: " + why + Unknown_Outcome() + "; try again when the server runs");
     }
     // Null: the client library's own complaint.
     [[noreturn]] void Fail_With(const PGresult* result) {

@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 
+#include "automation/interruption.h"
 #include "connection.h"
 #include "visit.h"
 
@@ -34,6 +35,7 @@ public:
 private:
     void Require_Open() const;
 
+    const automation::Critical_Section critical;
     std::unique_ptr<Connection>& connection;
     enum class State { Open, Broken, Over } state = State::Open;
 };

@@ -2,6 +2,7 @@
 
 #include <sqlite3.h>
 
+#include "automation/interruption.h"
 #include "connection.h"
 #include "store_file.h"
 #include "stores/store.h"
@@ -10,7 +11,14 @@ namespace stores {
 
 namespace {
 
-constexpr int Patience_Milliseconds = 5000; // that an operation waits for another program's transaction
+// An operation waits five seconds for another program's transaction.
+int Waits_For_Others(void*, int times) {
+    constexpr int patience_milliseconds = 5000, pause = 10;
+    if (times >= patience_milliseconds / pause || automation::Is_Interrupted())
+        return 0;
+    sqlite3_sleep(times < 5 ? 1 + times : pause);
+    return 1;
+}
 
 // SQLite plays back a journal that it finds beside a file. In a folder where others may make files, that
 // would let them write the store. This opens files as SQLite itself does, but no journal of someone else's.
@@ -86,7 +94,10 @@ public:
         handle.reset(opened);
         Check(result);
         sqlite3_extended_result_codes(opened, 1);
-        sqlite3_busy_timeout(opened, Patience_Milliseconds);
+        sqlite3_busy_handler(opened, Waits_For_Others, nullptr);
+        constexpr int steps = 10'000; // some milliseconds
+        sqlite3_progress_handler(
+            opened, steps, [](void*) { return automation::Is_Interrupted() ? 1 : 0; }, nullptr);
         // The file may come from anywhere.
         sqlite3_db_config(opened, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
         sqlite3_db_config(opened, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);

@@ -82,7 +82,8 @@ public:
         return {WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status), Bytes_Of_File(home / "out"),
                 Bytes_Of_File(home / "errors")};
     }
-    void Ask_To_End() const { kill(child, SIGTERM); }
+    void Send(int signal) const { kill(child, signal); }
+    void Ask_To_End() const { Send(SIGTERM); }
     bool Has_Ended() const {
         siginfo_t about{};
         return waitid(P_PID, static_cast<id_t>(child), &about, WEXITED | WNOHANG | WNOWAIT) == 0 &&

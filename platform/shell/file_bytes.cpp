@@ -6,11 +6,11 @@
 #include <system_error>
 #include <unistd.h>
 
+#include "automation/interruption.h"
+
 namespace shell {
 
 namespace {
-
-constexpr std::size_t Largest_File = std::size_t{64} << 20;
 
 [[noreturn]] void Refuse_Unreadable(const std::string& path, int error) {
     throw Format_Error(
@@ -33,7 +33,7 @@ public:
     bool Append_To(std::string& bytes) const {
         std::array<char, 65536> buffer;
         const ssize_t count = read(descriptor, buffer.data(), buffer.size());
-        if (count < 0 && errno != EINTR)
+        if (count < 0 && (errno != EINTR || automation::Is_Interrupted()))
             Refuse_Unreadable(path, errno);
         if (count > 0)
             bytes.append(buffer.data(), static_cast<std::size_t>(count));
@@ -47,12 +47,13 @@ private:
 
 } // namespace
 
-std::string File_Bytes(const std::string& path) {
+std::string File_Bytes(const std::string& path, std::size_t most) {
     const Open_File file(path);
     std::string bytes;
     while (file.Append_To(bytes))
-        if (bytes.size() > Largest_File)
-            throw Format_Error(0, "is larger than 64 MiB; name a smaller file", path);
+        if (bytes.size() > most)
+            throw Format_Error(
+                0, "is larger than " + std::to_string(most >> 20U) + " MiB; name a smaller file", path);
     return bytes;
 }
 
