@@ -1,18 +1,19 @@
 #include "bulk.h"
 
-#include <unistd.h>
-
+#include <algorithm>
 #include <chrono>
 #include <iterator>
 #include <optional>
-#include <sstream>
 
+#include "automation/number.h"
 #include "automation/text.h"
 #include "dialog_answers.h"
 #include "host/setup.h"
 #include "node_edit.h"
+#include "store_answers.h"
 #include "store_choice.h"
 #include "text_file.h"
+#include "visible_text.h"
 
 namespace host {
 
@@ -39,176 +40,208 @@ private:
     Clock::time_point told = Clock::now();
 };
 
-// An edit and the line it comes from.
+// A line, and the edit that it asks for.
 struct Line_Edit {
     std::size_t Line;
-    Node_Edit Edit;
+    Wanted_Node Wanted;
+    std::optional<Node_Edit> Edit; // nothing for a refused line
 };
 
-class Application {
+std::string Count(std::size_t count, const std::string& what) {
+    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
+
+bool Is_Number(const String& text) {
+    return text.find_first_not_of(u"-0123456789") == String::npos;
+}
+
+// The identifier in the place of a name.
+void Identify(Stored& value, const std::vector<std::pair<String, String>>& choices) {
+    if (!value || Is_Number(*value))
+        return;
+    for (const auto& [identifier, name] : choices)
+        if (automation::Equal_Ignoring_Case(*value, name))
+            value = identifier;
+}
+
+class Apply_Job {
 public:
-    Application(const Apply_Command& command, const Streams& streams) : command(command), streams(streams) {}
+    Apply_Job(const Apply_Command& command, const Streams& streams) : command(command), streams(streams) {}
 
     bool Run() {
-        auto lines = Parsed();
+        Parse(Read_Input(command.File, streams.In));
         Partition_Work work(command.Place.Config_ID, command.Place.Partition_ID,
                             Partition_Work::Access::To_Write);
         const Nodes nodes = work.Read();
-        Match(lines, nodes);
-        if (!command.Restore)
-            Judge(nodes);
-        if (Print() > 0)
-            return Finished(false, "nothing was changed: " + Count(refused, "refusal"));
-        if (changed == 0)
-            return Finished(true, "nothing to change");
+        Name_Identifiers();
+        Match(work, nodes);
+        Check();
+        Print();
+        if (!refusals.empty())
+            return Finished(false, "nothing was changed: " + Count(refusals.size(), "refusal"));
+        if (Changed() == 0)
+            return Finished(true, "nothing was changed: there is nothing to change");
         Change(work);
         return true;
     }
 
 private:
-    static std::string Count(std::size_t count, const std::string& what) {
-        return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
-    }
     bool Finished(bool fine, const std::string& message) const {
-        (fine ? streams.Out : streams.Errors) << (fine ? "" : "style-editor: ") << message << std::endl;
+        Tell(streams, message);
         return fine;
     }
-    void Refuse(std::size_t line, const std::string& why) {
-        Say(line, ": refused: " + why);
-        ++refused;
+    void Refuse(std::size_t line, const std::string& where, const std::string& why) {
+        refusals.emplace(line, "line " + std::to_string(line) + where + ": refused: " + why);
+    }
+    void Refuse(const Line_Edit& line, const std::string& why) {
+        Refuse(line.Line, ", node " + std::to_string(line.Wanted.Number), why);
+    }
+    std::size_t Changed() const {
+        return static_cast<std::size_t>(
+            std::count_if(lines.begin(), lines.end(), [](const Line_Edit& line) { return Is_Change(line); }));
+    }
+    static bool Is_Change(const Line_Edit& line) {
+        return line.Edit && line.Edit->After != *line.Edit->Before;
     }
 
-    void Say(std::size_t line, const std::string& what) {
-        said.emplace(line, "line " + std::to_string(line) + what);
-    }
-
-    std::map<std::size_t, Wanted_Node> Parsed() {
-        std::istringstream text(command.File == "-"
-                                    ? std::string(std::istreambuf_iterator<char>(streams.In), {})
-                                    : Read_File(command.File));
-        std::map<std::size_t, Wanted_Node> lines;
-        std::size_t number = 0;
-        for (std::string line; std::getline(text, line);) {
-            ++number;
-            if (line.find_first_not_of(" \t\r") == std::string::npos)
-                continue;
-            try {
-                lines.emplace(number, Parse_Node(line));
-            } catch (const Line_Error& error) {
-                Refuse(number, error.what());
-            }
+    void Parse(std::string_view text) {
+        for (std::size_t number = 1; !text.empty(); ++number) {
+            const auto end = std::min(text.find('\n'), text.size());
+            std::string_view line = text.substr(0, end);
+            text.remove_prefix(std::min(end + 1, text.size()));
+            if (number == 1 && line.starts_with("\xEF\xBB\xBF"))
+                line.remove_prefix(3);
+            if (line.find_first_not_of(" \t\r") != std::string_view::npos)
+                Parse(number, line);
         }
-        return lines;
+    }
+    void Parse(std::size_t number, std::string_view line) {
+        if (line.size() > Longest_Line)
+            return Refuse(number, "", "it is longer than " + std::to_string(Longest_Line) + " bytes");
+        try {
+            lines.push_back({number, Parse_Node(std::string(line)), {}});
+        } catch (const Line_Error& error) {
+            Refuse(number, error.Column > 0 ? ", column " + std::to_string(error.Column) : "",
+                   Visible_Text(error.what()));
+        }
     }
 
-    void Match(const std::map<std::size_t, Wanted_Node>& lines, const Nodes& nodes) {
+    // Names may stand where identifiers are.
+    void Name_Identifiers() {
+        const auto is_named = [](const Line_Edit& line) {
+            const auto own = line.Wanted.Records.find(interfaces::Node_Record);
+            if (own == line.Wanted.Records.end())
+                return false;
+            const auto threshold = own->second.Given.find(node_value::Threshold);
+            return threshold != own->second.Given.end() && threshold->second &&
+                   !Is_Number(*threshold->second);
+        };
+        std::vector<std::pair<String, String>> types, thresholds;
+        for (std::size_t type = 0; type < Supervised_Types; ++type)
+            types.emplace_back(automation::Decimal_Text(static_cast<Long>(type)),
+                               automation::From_UTF8_Replacing(type == 0 ? "Blind" : Kind_Name(type)));
+        if (std::any_of(lines.begin(), lines.end(), is_named))
+            thresholds = Ask_Dialog(command.Place, {}).Thresholds;
+        for (Line_Edit& line : lines)
+            if (const auto own = line.Wanted.Records.find(interfaces::Node_Record);
+                own != line.Wanted.Records.end())
+                for (auto& [index, value] : own->second.Given)
+                    if (index == node_value::Type || index == node_value::Threshold)
+                        Identify(value, index == node_value::Type ? types : thresholds);
+    }
+
+    void Match(const Partition_Work& work, const Nodes& nodes) {
         std::map<Long, std::size_t> seen;
-        for (const auto& [line, wanted] : lines) {
-            const auto node = nodes.find(wanted.Number);
-            const auto [first, is_new] = seen.emplace(wanted.Number, line);
+        for (Line_Edit& line : lines) {
+            const auto node = nodes.find(line.Wanted.Number);
+            const auto [first, is_new] = seen.emplace(line.Wanted.Number, line.Line);
             if (!is_new)
-                Refuse(line, "node " + std::to_string(wanted.Number) + " stands in line " +
-                                 std::to_string(first->second) + " already");
+                Refuse(line.Line, "",
+                       "node " + std::to_string(line.Wanted.Number) + " was given in line " +
+                           std::to_string(first->second) + " already");
             else if (node == nodes.end())
-                Refuse(line, "there is no node " + std::to_string(wanted.Number) +
-                                 " in this partition; nodes are edited here, not made");
+                Refuse(line.Line, "",
+                       "node " + std::to_string(line.Wanted.Number) +
+                           " does not exist in this partition; apply edits nodes and makes none");
+            else if (!command.Force && line.Wanted.Change && *line.Wanted.Change != node->second.Change)
+                Refuse(line, "it " + Since(work, node->second.Change) +
+                                 ", after the line was exported; export it again, or apply it with --force");
             else
-                edits.push_back({line, Node_Edit(node->second, wanted, command.Restore)});
+                line.Edit = Merge(node->second, line.Wanted);
         }
     }
+    static std::string Since(const Partition_Work& work, const String& change) {
+        return change == u"0" ? "was never changed in this store"
+                              : "was changed by " + work.Author_Of(change);
+    }
 
-    void Judge(const Nodes& nodes) {
+    void Check() {
         std::set<Question> questions;
-        for (const Line_Edit& line : edits)
-            line.Edit.Ask(questions);
-        if (questions.empty())
-            return;
-        // The first node that is listed; without one, the default node alone.
-        const auto listed = nodes.upper_bound(0);
-        Job job = command.Place;
-        job.Node_Number = static_cast<Integer>(listed == nodes.end() ? 0 : listed->first);
-        job.Silent_Error = true;
-        const Dialog_Answers answers = Ask_Dialog(job, questions);
-        for (Line_Edit& line : edits)
-            line.Edit.Take(answers);
+        for (const Line_Edit& line : lines)
+            if (line.Edit)
+                Ask(*line.Edit, questions);
+        const Dialog_Answers answers =
+            questions.empty() ? Dialog_Answers() : Ask_Dialog(command.Place, questions);
+        for (Line_Edit& line : lines) {
+            if (!line.Edit)
+                continue;
+            const auto refused = Refusals_Of(*line.Edit, line.Wanted, answers);
+            for (const std::string& why : refused)
+                Refuse(line, why);
+            line.Edit = refused.empty() ? std::optional(Complete(std::move(*line.Edit), line.Wanted, answers))
+                                        : std::nullopt;
+        }
     }
 
-    // Refusals always, changes in a dry run; answers how many refusals there are.
-    std::size_t Print() {
-        for (const Line_Edit& line : edits) {
-            const std::string node = ", node " + std::to_string(line.Edit.After.Number) + ": ";
-            for (const std::string& refusal : line.Edit.Refusals)
-                Say(line.Line, std::string(node).append("refused: ").append(refusal));
-            refused += line.Edit.Refusals.size();
-            changed += line.Edit.Is_Change() ? 1U : 0U;
-            for (const std::string& change :
-                 command.Dry_Run ? line.Edit.Changes() : std::vector<std::string>())
-                Say(line.Line, node + change);
-        }
+    // Refusals always, changes in a dry run.
+    void Print() const {
+        std::multimap<std::size_t, std::string> said = refusals; // by line
+        for (const Line_Edit& line : lines)
+            if (command.Dry_Run && line.Edit)
+                for (const std::string& change : Changes_Of(*line.Edit))
+                    said.emplace(line.Line, "line " + std::to_string(line.Line) + ", node " +
+                                                std::to_string(line.Wanted.Number) + ": " + change);
         for (const auto& [line, text] : said)
             streams.Out << text << '\n';
         streams.Out << std::flush;
-        return refused;
     }
 
-    void Change(Partition_Work& work) {
-        if (!command.Dry_Run)
-            Write_Undo();
-        try {
-            Write(work);
-        } catch (...) {
-            if (!command.Dry_Run)
-                (void)::unlink(command.Undo.c_str());
-            throw;
-        }
+    // A dry run writes too: the store may refuse what the dialog takes.
+    void Change(Partition_Work& work) const {
+        const std::size_t changed = Changed();
+        Write(work, changed);
         if (command.Dry_Run) {
-            (void)Finished(true, Count(changed, "node") + " would change");
+            (void)Finished(true,
+                           "nothing was changed: a dry run; " + Count(changed, "node") + " would change");
             return;
         }
-        Keep(work);
-        (void)Finished(true, Count(changed, "node") +
-                                 " changed; to undo it: style-editor store apply --restore " + command.Undo);
+        const std::string change = work.Keep();
+        streams.Out << How_To_Take_Back(command.Common.Store, change) << '\n';
+        (void)Finished(true, Count(changed, "node") + (changed == 1 ? " was changed" : " were changed"));
     }
 
-    void Write_Undo() const {
-        std::string undo;
-        for (const Line_Edit& line : edits)
-            if (line.Edit.Is_Change())
-                undo += JSON_Of(line.Edit.Before, Completeness::Whole) + "\n";
-        Write_New_File(command.Undo, undo);
-    }
-
-    // A dry run does it too: the store may refuse what the dialog takes.
-    void Write(const Partition_Work& work) const {
+    void Write(const Partition_Work& work, std::size_t changed) const {
         Progress progress(streams.Errors, changed);
-        for (const Line_Edit& line : edits) {
-            if (!line.Edit.Is_Change())
+        for (const Line_Edit& line : lines) {
+            if (!Is_Change(line))
                 continue;
             try {
-                work.Write(line.Edit.Before, line.Edit.After);
+                work.Write(*line.Edit->Before, line.Edit->After);
             } catch (const automation::Failure& failure) {
-                throw Start_Error("nothing was changed: line " + std::to_string(line.Line) + ", node " +
-                                  std::to_string(line.Edit.After.Number) + ": " +
+                throw Start_Error("line " + std::to_string(line.Line) + ", node " +
+                                  std::to_string(line.Wanted.Number) + ": " +
                                   automation::To_UTF8(failure.Description));
             }
             progress.Step();
         }
     }
 
-    // A server may have kept the changes before it went away.
-    void Keep(Partition_Work& work) const try { work.Keep(); } catch (const automation::Failure& failure) {
-        throw Start_Error(
-            automation::To_UTF8(failure.Description) +
-            "; look whether the nodes have changed, and undo it with style-editor store apply --restore " +
-            command.Undo + ", or remove that file");
-    }
+    static constexpr std::size_t Longest_Line = 1'000'000; // a node's texts are a thousandth of it
 
     const Apply_Command& command;
     const Streams& streams;
-    std::vector<Line_Edit> edits;
-    std::multimap<std::size_t, std::string> said; // by line
-    std::size_t refused = 0;
-    std::size_t changed = 0;
+    std::vector<Line_Edit> lines;
+    std::multimap<std::size_t, std::string> refusals; // by line
 };
 
 // The store's failures, as what ends a program.
@@ -226,26 +259,29 @@ auto With_Store(const Common_Options& options, const Streams& streams, Body&& bo
 
 } // namespace
 
-void Export(const Export_Command& command, const Streams& streams) {
-    With_Store(command.Common, streams, [&] {
+bool Export(const Export_Command& command, const Streams& streams) {
+    return With_Store(command.Common, streams, [&] {
         const Nodes nodes = Partition_Work(command.Place.Config_ID, command.Place.Partition_ID,
                                            Partition_Work::Access::To_Read)
                                 .Read();
         std::string lines;
-        Progress progress(streams.Errors, nodes.size());
-        for (const auto& [number, node] : nodes) {
-            lines += JSON_Of(node, Completeness::Plain) + "\n";
-            progress.Step();
-        }
-        if (command.Out)
+        for (const auto& [number, node] : nodes)
+            lines += JSON_Of(node) + "\n";
+        if (nodes.empty())
+            streams.Errors << "style-editor: partition " << command.Place.Partition_ID << " of configuration "
+                           << command.Place.Config_ID << " has no nodes" << std::endl;
+        else if (command.Out)
             Write_New_File(*command.Out, lines);
         else if (!(streams.Out << lines << std::flush))
             throw Start_Error("the nodes could not be written; check where standard output goes");
+        return !nodes.empty();
     });
 }
 
 bool Apply(const Apply_Command& command, const Streams& streams) {
-    return With_Store(command.Common, streams, [&] { return Application(command, streams).Run(); });
+    return All_Or_Nothing([&] {
+        return With_Store(command.Common, streams, [&] { return Apply_Job(command, streams).Run(); });
+    });
 }
 
 } // namespace host

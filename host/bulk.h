@@ -6,11 +6,12 @@
 
 namespace host {
 
-// One line a node, in the order of their numbers.
-void Export(const Export_Command& command, const Streams& streams);
+// One line a node, in the order of their numbers; False when there is none.
+bool Export(const Export_Command& command, const Streams& streams);
 
 // Applies every line or none; False when a line was refused. Prints refusals, and in a dry run changes, in
-// the order of the lines. Throws Usage_Error and Start_Error, after which nothing has changed.
+// the order of the lines; in the end the command that takes it back. Throws Usage_Error and Start_Error,
+// after which nothing has changed.
 bool Apply(const Apply_Command& command, const Streams& streams);
 
 } // namespace host

@@ -118,6 +118,10 @@ void Call_Plan::Add_Reply(const std::string& option) {
     replies.push_back({target.Named, target.Which, Read_Text_File(*target.Effect)});
 }
 
+void Call_Plan::Answer(String_View operation, String text) {
+    replies.push_back({Operation_Named(operation), 0, std::move(text)});
+}
+
 // What is planned for this very call goes before what is planned for every call.
 template <typename Effect>
 const Effect* Call_Plan::Find(const std::vector<Planned<Effect>>& planned, const Operation& operation) const {

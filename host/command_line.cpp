@@ -42,6 +42,11 @@ void Identifier_Option(CLI::App& app, const std::string& name, Target& target, c
     Number_Option<Integer>(app, name, target, INT16_MIN, INT16_MAX, help);
 }
 
+template <typename Target>
+void Node_Option(CLI::App& app, Target& target, const std::string& help) {
+    Number_Option<Integer>(app, "--node", target, 0, INT16_MAX, help);
+}
+
 void Store_Option(CLI::App& app, std::optional<std::string>& target) {
     Text_Option(app, "--store", target, "S", "sqlite:PATH or postgresql://...; without it your own store");
 }
@@ -53,6 +58,9 @@ void Common_Options_Of(CLI::App& app, Common_Options& options) {
                 "The machine's common application-data folder; empty for none");
     Text_Option(app, "--registry", options.Registry, "FILE", "Read this exported registry file");
     app.add_flag("--trace", options.Trace, "Print every call on a data component");
+}
+
+void Fault_Options_Of(CLI::App& app, Common_Options& options) {
     Repeatable_Option(app, "--fail", options.Failures, "OPERATION[@K][=NUMBER:DESCRIPTION]",
                       "Make the K-th or every call of an operation fail");
     Repeatable_Option(app, "--throw", options.Exceptions, "OPERATION[@K]",
@@ -90,11 +98,13 @@ struct Parser {
     Apply_Command Apply;
     CLI::App* Exporting = Storing->add_subcommand("export", "Print the nodes of a partition as JSON Lines");
     CLI::App* Applying = Storing->add_subcommand("apply", "Change nodes as JSON Lines say, all or none");
+    Revert_Command Revert;
+    CLI::App* Reverting = Storing->add_subcommand("revert", "Take recorded changes back, all or none");
 
     Parser() {
         App.set_help_flag("--help", "Print this help");
         for (CLI::App* command :
-             {Editing, Playing, Storing, Initialising, Exporting, Applying, Recounting, Upgrading,
+             {Editing, Playing, Storing, Initialising, Exporting, Applying, Reverting, Recounting, Upgrading,
               Registering, Unregistering, Listing, Translating, Checking, Picturing})
             command->set_help_flag("--help", "Print this help");
         App.set_version_flag("--version", "style-editor " STYLE_EDITOR_VERSION);
@@ -107,6 +117,7 @@ struct Parser {
         Add_History();
         Store_Option(*Upgrading, Upgrade.Store);
         Add_Bulk();
+        Add_Revert();
         Add_Strings();
         Add_Registration(*Registering);
         Add_Registration(*Unregistering);
@@ -117,7 +128,7 @@ struct Parser {
         Common_Options_Of(*Editing, Edit.Common);
         Identifier_Option(*Editing, "--config", Edit.Wanted.Config_ID, "Configuration (1)");
         Identifier_Option(*Editing, "--partition", Edit.Wanted.Partition_ID, "Partition (1)");
-        Identifier_Option(*Editing, "--node", Edit.Wanted.Node_Number, "Node (1); 0 for the default node");
+        Node_Option(*Editing, Edit.Wanted.Node_Number, "Node (1); 0 for the default node");
         Identifier_Option(*Editing, "--language", Edit.Wanted.Language_ID, "Language (1, English)");
         Editing->add_flag("--terminal", Edit.Terminal, "In this terminal instead of a window");
         Editing->add_flag("--silent", Edit.Wanted.Silent_Error, "Show no box for internal errors");
@@ -126,6 +137,7 @@ struct Parser {
     void Add_Play() {
         Playing->add_option("SCRIPT", Play.Script, "The script; - is standard input")->required();
         Common_Options_Of(*Playing, Play.Common);
+        Fault_Options_Of(*Playing, Play.Common);
         Text_Option(*Playing, "--picture", Play.Picture, "FILE",
                     "Draw the dialog as the script last left it into this PNG file");
         Playing->add_flag("--window", Play.Window,
@@ -159,7 +171,8 @@ struct Parser {
         Store_Option(*Recounting, History.Store);
         Identifier_Option(*Recounting, "--config", History.Config_ID, "Of this configuration alone");
         Identifier_Option(*Recounting, "--partition", History.Partition_ID, "Of this partition alone");
-        Identifier_Option(*Recounting, "--node", History.Node_Number, "Of this node alone");
+        Node_Option(*Recounting, History.Node_Number,
+                    "Of this node alone; of configuration and partition 1 unless given");
         Recounting->add_flag("--json", History.As_JSON, "One JSON object a line");
     }
 
@@ -173,19 +186,43 @@ struct Parser {
         Text_Option(*Exporting, "--out", Export.Out, "FILE", "A new file instead of standard output");
         Applying->add_option("FILE", Apply.File, "The lines; - is standard input")->required();
         add_place(*Applying, Apply.Common, Apply.Place);
-        Applying->add_flag("--dry-run", Apply.Dry_Run, "Print every change and refusal, change nothing");
-        Applying->add_option("--undo", Apply.Undo, "The new file that undoes it; without it FILE.undo")
-            ->type_name("FILE");
-        Applying->add_flag("--restore", Apply.Restore,
-                           "Put the values back as they are given, without the dialog's rules");
+        Add_Care(*Applying, Apply.Dry_Run, Apply.Force);
     }
 
-    Command_Line Parsed_Apply() {
-        if (Apply.Undo.empty() && Apply.File == "-" && !Apply.Dry_Run)
-            throw Usage_Error("name the file that undoes it: --undo FILE");
-        if (Apply.Undo.empty())
-            Apply.Undo = Apply.File + ".undo";
-        return Apply;
+    static void Add_Care(CLI::App& app, bool& dry_run, bool& force) {
+        app.add_flag("--dry-run", dry_run, "Print every change and refusal, change nothing");
+        app.add_flag("--force", force, "Also over what others have changed since");
+    }
+
+    // CHANGE or CHANGE-CHANGE
+    void Take_Range(const std::string& text) {
+        const auto dash = text.find('-');
+        Revert.First = text.substr(0, dash);
+        Revert.Last = dash == std::string::npos ? Revert.First : text.substr(dash + 1);
+        const auto first = Decimal<std::int64_t>(Revert.First), last = Decimal<std::int64_t>(Revert.Last);
+        if (!first || !last || *first < 1 || *last < *first)
+            throw CLI::ValidationError(
+                "CHANGE", "write the number of a change, or the first and the last such as 12-15, "
+                          "instead of '" +
+                              text + "'");
+    }
+
+    void Add_Revert() {
+        Reverting
+            ->add_option_function<std::string>(
+                "CHANGE", [this](const std::string& text) { Take_Range(text); },
+                "The change's number in the history, or CHANGE-CHANGE")
+            ->required();
+        Store_Option(*Reverting, Revert.Store);
+        Add_Care(*Reverting, Revert.Dry_Run, Revert.Force);
+    }
+
+    Store_History_Command Parsed_History() {
+        if (History.Node_Number || History.Config_ID || History.Partition_ID) {
+            History.Config_ID = History.Config_ID.value_or(1);
+            History.Partition_ID = History.Partition_ID.value_or(1);
+        }
+        return History;
     }
 
     Command_Line Parsed() {
@@ -196,13 +233,15 @@ struct Parser {
         if (*Initialising)
             return Init;
         if (*Recounting)
-            return History;
+            return Parsed_History();
         if (*Upgrading)
             return Upgrade;
         if (*Exporting)
             return Export;
         if (*Applying)
-            return Parsed_Apply();
+            return Apply;
+        if (*Reverting)
+            return Revert;
         Registration.Removes = static_cast<bool>(*Unregistering);
         if (*Registering || *Unregistering)
             return Registration;
@@ -210,10 +249,10 @@ struct Parser {
             return List;
         if (*Checking || *Picturing)
             return Strings;
-        throw Usage_Error(
-            "say what to do: edit, play SCRIPT, store init, store export, store apply, strings, register, "
-            "unregister or list; see "
-            "style-editor --help");
+        throw Usage_Error("say what to do: edit, play SCRIPT, store init, store export, store apply, store "
+                          "revert, strings, register, "
+                          "unregister or list; see "
+                          "style-editor --help");
     }
 };
 

@@ -3,10 +3,12 @@
 #include "automation/create.h"
 #include "automation/number.h"
 #include "automation/text.h"
+#include "host/component_proxies.h"
 #include "host/errors.h"
 #include "host/script_display.h"
 #include "installed_display.h"
 #include "interfaces/product_components.h"
+#include "recordset/writer.h"
 
 namespace host {
 
@@ -32,6 +34,7 @@ public:
         has_begun = true;
         for (std::size_t type = 0; type < Supervised_Types; ++type)
             answers.Type_Captions[type] = form.Find(Option_Names[type])->Caption();
+        Read_Thresholds(dynamic_cast<const toolkit::List_Control&>(*form.Find(Threshold_List)));
         // Fields of a blind node cannot be entered.
         (void)hands.Press(*form.Find(Option_Names[2]));
         while (next != end && form.Is_Visible()) {
@@ -62,32 +65,35 @@ private:
         if (asking->Control == Type_Frame)
             return Type_Answer();
         if (asking->Control == Threshold_List)
-            return Threshold_Answer(dynamic_cast<const toolkit::List_Control&>(*form.Find(Threshold_List)));
+            return Threshold_Answer();
         auto& field = dynamic_cast<toolkit::Text_Control&>(*form.Find(asking->Control));
         const String refusal = Field_Answer(form, hands, field);
         return refusal.empty() && asking->Control == Description ? Label_Answer() : refusal;
     }
 
-    String Type_Answer() const {
-        String types;
-        for (std::size_t type = 0; type < Supervised_Types; ++type) {
-            const String number = automation::Decimal_Text(static_cast<Long>(type));
-            if (asking->Text == number)
-                return {};
-            types += (type ? u", " : u"") + number + u" " + answers.Type_Captions[type];
-        }
-        return u"one of " + types;
+    void Read_Thresholds(const toolkit::List_Control& list) {
+        answers.Thresholds.clear();
+        for (Long index = 0; index < list.Count(); ++index)
+            answers.Thresholds.emplace_back(automation::Decimal_Text(list.Item_Data(index)),
+                                            list.Item(index));
     }
+    String Type_Answer() const {
+        std::vector<std::pair<String, String>> types;
+        for (std::size_t type = 0; type < Supervised_Types; ++type)
+            types.emplace_back(automation::Decimal_Text(static_cast<Long>(type)),
+                               answers.Type_Captions[type]);
+        return Choice_Answer(u"supervised type", types);
+    }
+    String Threshold_Answer() const { return Choice_Answer(u"threshold", answers.Thresholds); }
 
-    String Threshold_Answer(const toolkit::List_Control& list) const {
-        String identifiers;
-        for (Long index = 0; index < list.Count(); ++index) {
-            const String identifier = automation::Decimal_Text(list.Item_Data(index));
+    String Choice_Answer(String_View what, const std::vector<std::pair<String, String>>& choices) const {
+        String named;
+        for (const auto& [identifier, name] : choices) {
             if (asking->Text == identifier)
                 return {};
-            identifiers += (index ? u", " : u"") + identifier;
+            named += (named.empty() ? u"" : u", ") + identifier + u" " + name;
         }
-        return u"one of the thresholds " + identifiers;
+        return u"there is no such " + String(what) + u"; there are " + named;
     }
 
     // As a person who pastes the text and goes on to another field.
@@ -125,10 +131,38 @@ private:
     bool has_begun = false;
 };
 
+// While it lives, the editor finds one blind node in every partition.
+class Plain_Node {
+public:
+    static constexpr Integer Number = 1;
+
+    Plain_Node() {
+        const auto plan = std::make_shared<Call_Plan>();
+        recordset::Writer writer({{u"NodeNumber", recordset::Field_Type::Integer},
+                                  {u"NodeDescription"},
+                                  {u"SuperviseID"},
+                                  {u"Hookflash"},
+                                  {u"ThresholdTypeID"},
+                                  {u"Transfer"},
+                                  {u"Disconnection"}});
+        for (const auto* number : {u"0", u"1"})
+            writer.Add_Row({number, u"", u"0", u"500", {}, u"", u""});
+        plan->Answer(u"Get_Style_Nodes", std::move(writer).Finish());
+        Install_Proxies(plan);
+    }
+    ~Plain_Node() { Remove_Proxies(); }
+    Plain_Node(const Plain_Node&) = delete;
+    Plain_Node& operator=(const Plain_Node&) = delete;
+};
+
 } // namespace
 
-Dialog_Answers Ask_Dialog(const Job& job, const std::set<Question>& questions) {
+Dialog_Answers Ask_Dialog(const Job& place, const std::set<Question>& questions) {
     Dialog_Answers answers;
+    const Plain_Node plain;
+    Job job = place;
+    job.Node_Number = Plain_Node::Number;
+    job.Silent_Error = true;
     Interview interview(questions, answers);
     Script_Display display;
     display.Answer_To_Close();

@@ -1,7 +1,9 @@
-// One node's edit: what a line asks for against what is stored, by the rules of the dialog and the save.
+// One node's edit in three steps, each of which answers a value: what a line asks for laid over what is
+// stored; what the rules of the dialog and the save refuse of it; and the node completed as the save would.
+// Pure functions.
 //
 // Values that the line leaves out stay. A new supervised type takes the former one's detail values along, as
-// the dialog does, and the former record goes. Pure data.
+// the dialog does, and the former record goes.
 #pragma once
 
 #include <set>
@@ -11,40 +13,26 @@
 
 namespace host {
 
-class Node_Edit {
-public:
-    // `restores`: every value is put back as it is given, without the rules.
-    Node_Edit(const Node& before, const Wanted_Node& wanted, bool restores);
-
-    // Adds what the dialog has to be asked.
-    void Ask(std::set<Question>& questions) const;
-    // Completes the edit, or refuses what the dialog does not take.
-    void Take(const Dialog_Answers& answers);
-
-    bool Is_Change() const { return !(After == Before); }
-    // `Full.RingOn "2000" -> "1000"`
-    std::vector<std::string> Changes() const;
-
-    Node Before, After;
-    std::vector<std::string> Refusals; // what is refused, and the rule
-
-private:
-    // A value that is to change.
-    struct Changed_Value {
-        std::size_t Kind, Index;
-        const Stored* Old; // null: no record
-        const Stored* New;
-    };
-    std::vector<Changed_Value> Changed_Values() const;
-    void Merge(std::size_t kind, const Wanted_Record& wanted);
-    void Check_Detail(std::size_t kind, const Wanted_Record& wanted);
-    void Check_Values();
-    void Drop_Former_Record(const Wanted_Node& wanted);
-    void Change_Type(const Wanted_Node& wanted);
-    void Complete_Entry();
-    void Refuse(std::size_t kind, std::size_t index, const Stored& value, const std::string& rule);
-
-    bool gives_entry_label = false, gives_entry_time = false;
+// What is stored and what is to be. Before outlives it.
+struct Node_Edit {
+    const Node* Before;
+    Node After;
 };
+
+Node_Edit Merge(const Node& before, const Wanted_Node& wanted);
+
+// Adds what the dialog has to be asked about the edit.
+void Ask(const Node_Edit& edit, std::set<Question>& questions);
+
+// What is refused, and the rule; one for each mistake.
+std::vector<std::string> Refusals_Of(const Node_Edit& edit, const Wanted_Node& wanted,
+                                     const Dialog_Answers& answers);
+
+// The edit with what follows from it: the prepared label, the type's caption, the entry in the node list. A
+// line that changes nothing leaves everything as it was.
+Node_Edit Complete(Node_Edit edit, const Wanted_Node& wanted, const Dialog_Answers& answers);
+
+// `Full.RingOn "2000" -> "1000"`, without the time of the change; empty when nothing changes.
+std::vector<std::string> Changes_Of(const Node_Edit& edit);
 
 } // namespace host

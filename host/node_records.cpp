@@ -7,7 +7,9 @@
 #include "automation/create.h"
 #include "automation/number.h"
 #include "automation/text.h"
+#include "host/decimal.h"
 #include "store_answers.h"
+#include "visible_text.h"
 
 namespace host {
 
@@ -42,6 +44,8 @@ constexpr std::array<Value_Name, Values_Of_A_Record> Detail_Values(const char* f
 constexpr auto Common_Values = Detail_Values("BusyOn", "BusyOff");
 constexpr auto Enhanced_Values = Detail_Values("Busy1On", "Busy2On");
 
+constexpr String_View Change_Field = u"Change";
+
 constexpr const char* Kind_Names[Record_Kinds] = {"", "Partial", "Full", "DialContinue", "Enhanced"};
 
 String Wide(std::string_view ascii) {
@@ -68,6 +72,15 @@ std::optional<std::size_t> Kind_Named(const std::string& name) {
     return {};
 }
 
+// Whether a value of a record that exists follows from the rest.
+bool Follows(const Node& node, std::size_t kind, std::size_t index) {
+    if (kind != interfaces::Node_Record)
+        return index == detail_value::Type &&
+               (*node.Records[kind])[index] == automation::Decimal_Text(static_cast<Long>(kind));
+    return index == node_value::Entry_Changed ||
+           (index == node_value::Entry_Label && node.Own()[index] == node.Own()[node_value::Label]);
+}
+
 ordered_json JSON(const Stored& value) {
     return value ? ordered_json(automation::To_UTF8(*value)) : ordered_json();
 }
@@ -78,7 +91,7 @@ Stored Wanted_Value(const std::string& name, const ordered_json& value) {
     if (value.is_number_integer())
         return Wide(value.dump());
     if (!value.is_string())
-        throw Line_Error("\"" + name + "\" is neither a text nor a whole number nor null");
+        throw Line_Error("\"" + name + "\" has to be a text, a whole number or null");
     return automation::From_UTF8_Replacing(value.get_ref<const std::string&>());
 }
 
@@ -95,18 +108,34 @@ Wanted_Record Wanted_Detail(std::size_t kind, const ordered_json& value) {
     Wanted_Record record;
     record.Removed = value.is_null();
     if (!value.is_null() && !value.is_object())
-        throw Line_Error(std::string("\"") + Kind_Names[kind] + "\" is neither an object nor null");
+        throw Line_Error(std::string("\"") + Kind_Names[kind] + "\" has to be an object or null");
     for (const auto& [name, held] : value.items())
         Take_Value(record, kind, name, held);
     return record;
 }
 
+// The text of a whole number that stands in a line as a number or as a text; nothing for anything else.
+std::optional<std::string> Number_Text(const ordered_json& line, const char* name) {
+    const auto found = line.find(name);
+    if (found == line.end())
+        return {};
+    return found->is_string() ? found->get<std::string>() : found->is_number_integer() ? found->dump() : "?";
+}
+
 Long Wanted_Number(const ordered_json& line) {
-    const auto number = line.find("NodeNumber");
-    if (number == line.end() || !number->is_number_integer() || number->get<std::int64_t>() < 0 ||
-        number->get<std::int64_t>() > INT16_MAX)
+    const auto text = Number_Text(line, "NodeNumber");
+    const auto number = text ? Decimal<Long>(*text) : std::nullopt;
+    if (!number || *number < 0 || *number > INT16_MAX)
         throw Line_Error("\"NodeNumber\" is missing or no number from 0 to " + std::to_string(INT16_MAX));
-    return number->get<Long>();
+    return *number;
+}
+
+std::optional<String> Wanted_Change(const ordered_json& line) {
+    const auto text = Number_Text(line, "Change");
+    if (text && Decimal<std::int64_t>(*text).value_or(-1) < 0)
+        throw Line_Error(
+            "\"Change\" is no number of a change; leave it as store export wrote it, or leave it out");
+    return text ? std::optional(Wide(*text)) : std::nullopt;
 }
 
 // The library keeps the last of two members with one name and says nothing.
@@ -119,14 +148,20 @@ ordered_json Parsed(const std::string& line) {
         else if (event == Event::object_end)
             names.pop_back();
         else if (event == Event::key && !names.back().insert(value.get<std::string>()).second)
-            throw Line_Error("\"" + value.get<std::string>() + "\" stands in it twice");
+            throw Line_Error("\"" + value.get<std::string>() + "\" is given twice");
         return true;
     };
     try {
         return ordered_json::parse(line, watch);
-    } catch (const ordered_json::exception& error) {
-        const std::string what = error.what();
-        throw Line_Error("it is no JSON: " + what.substr(what.find("] ") + 2));
+    } catch (const ordered_json::parse_error& error) {
+        // "[...] parse error at line 1, column 8: syntax error while parsing value - unexpected ...; expected
+        // ..."
+        std::string what = error.what();
+        const auto reason = what.find(" - ");
+        throw Line_Error(what.substr(reason == std::string::npos ? what.rfind(": ") + 2 : reason + 3),
+                         error.byte);
+    } catch (const ordered_json::exception&) {
+        throw Line_Error("a number in it is too large");
     }
 }
 
@@ -170,6 +205,8 @@ Nodes Partition_Work::Read() const {
             Values& values = node.Records[kind].emplace();
             for (std::size_t index = 0; index < values.size(); ++index)
                 values[index] = Stored_Value(rows->Value(static_cast<Long>(index + 1)));
+            if (kind == interfaces::Node_Record && !rows->Value(Change_Field).Is_Null())
+                node.Change = rows->Value(Change_Field).To_Text();
         }
     }
     return nodes;
@@ -188,6 +225,8 @@ void Partition_Work::Write(const Node& before, const Node& after) const {
         }
         for (std::size_t index = 0; index < wanted->size(); ++index) {
             const Stored& value = (*wanted)[index];
+            if (old && value == (*old)[index])
+                continue;
             automation::Check(records->Set(Variant(Wide(Value_Names(kind)[index].Name)),
                                            value ? Variant(*value) : Variant::Null()));
         }
@@ -195,30 +234,29 @@ void Partition_Work::Write(const Node& before, const Node& after) const {
     }
 }
 
-void Partition_Work::Keep() {
+std::string Partition_Work::Keep() {
     automation::Text change;
     automation::Check(records->End(AUTOMATION_TRUE, change));
+    return automation::To_UTF8(change.View());
 }
 
-std::string JSON_Of(const Node& node, Completeness completeness) {
-    const bool plain = completeness == Completeness::Plain;
-    ordered_json line{{"NodeNumber", node.Number}};
+std::string Partition_Work::Author_Of(const String& change) const {
+    automation::Text author;
+    automation::Check(records->Describe_Change(Variant(change), author));
+    return automation::To_UTF8(author.View());
+}
+
+std::string JSON_Of(const Node& node) {
+    ordered_json line{{"NodeNumber", node.Number},
+                      {"Change", Decimal<std::int64_t>(automation::To_UTF8(node.Change)).value_or(0)}};
     for (std::size_t kind = 0; kind < Record_Kinds; ++kind) {
         const auto& record = node.Records[kind];
-        if (!record && plain)
+        if (!record)
             continue;
         ordered_json& object = kind == interfaces::Node_Record ? line : line[Kind_Names[kind]];
-        for (std::size_t index = 0; record && index < record->size(); ++index) {
-            const Stored& value = (*record)[index];
-            const bool follows =
-                kind == interfaces::Node_Record
-                    ? index == node_value::Entry_Changed ||
-                          (index == node_value::Entry_Label && value == node.Own()[node_value::Label])
-                    : index == detail_value::Type &&
-                          value == automation::Decimal_Text(static_cast<Long>(kind));
-            if (!plain || !follows)
-                object[Value_Names(kind)[index].Name] = JSON(value);
-        }
+        for (std::size_t index = 0; index < record->size(); ++index)
+            if (!Follows(node, kind, index))
+                object[Value_Names(kind)[index].Name] = JSON((*record)[index]);
     }
     return line.dump();
 }
@@ -226,11 +264,12 @@ std::string JSON_Of(const Node& node, Completeness completeness) {
 Wanted_Node Parse_Node(const std::string& text) {
     const ordered_json line = Parsed(text);
     if (!line.is_object())
-        throw Line_Error("it is no JSON object");
+        throw Line_Error("a JSON object is expected, such as {\"NodeNumber\":3,\"Hookflash\":\"500\"}");
     Wanted_Node wanted;
     wanted.Number = Wanted_Number(line);
+    wanted.Change = Wanted_Change(line);
     for (const auto& [name, value] : line.items()) {
-        if (name == "NodeNumber")
+        if (name == "NodeNumber" || name == "Change")
             continue;
         if (const auto kind = Kind_Named(name))
             wanted.Records[*kind] = Wanted_Detail(*kind, value);

@@ -1,8 +1,10 @@
 // The records of a partition's STYLE nodes as the store holds them, and their JSON form.
 //
-// One JSON object is one node: "NodeNumber", the values of its record by the names that the product's
-// recordsets use, and an object under the name of each supervised type that it has a detail record of. A null
-// is null. Texts are UTF-16, JSON is UTF-8. Belongs to the thread that opened the store.
+// One JSON object is one node: "NodeNumber", "Change" (the change at which it was last written, 0 for none),
+// the values of its record by the names that the product's recordsets use, and an object under the name of
+// each supervised type that it has a detail record of. A null is null. A value that no document can carry has
+// the escaped form that the store gives it. Texts are UTF-16, JSON is UTF-8. Belongs to the thread that
+// opened the store.
 #pragma once
 
 #include <array>
@@ -31,7 +33,7 @@ struct Value_Name {
 };
 
 namespace node_value { // places in a node's own record
-constexpr std::size_t Label = 0, Type = 1, Caption = 2, Entry_Label = 7, Entry_Changed = 8;
+constexpr std::size_t Label = 0, Type = 1, Caption = 2, Threshold = 4, Entry_Label = 7, Entry_Changed = 8;
 }
 namespace detail_value {
 constexpr std::size_t Type = 0;
@@ -45,6 +47,7 @@ const char* Kind_Name(std::size_t kind); // "Partial"; "" for the node's own
 
 struct Node {
     Long Number = 0;
+    String Change = u"0";                                    // at which it was last written
     std::array<std::optional<Values>, Record_Kinds> Records; // by kind; the node's own is always there
 
     Values& Own() { return *Records[interfaces::Node_Record]; }
@@ -65,15 +68,17 @@ public:
     Nodes Read() const;
     // Makes the node's records what `after` holds.
     void Write(const Node& before, const Node& after) const;
-    void Keep();
+    // The change that it was, as `store revert` takes it.
+    std::string Keep();
+    // Who made a change, and when.
+    std::string Author_Of(const String& change) const;
 
 private:
     automation::Reference<interfaces::Store_Records> records;
 };
 
-// `Plain` leaves out what follows from the rest and the time of the last change.
-enum class Completeness { Plain, Whole };
-std::string JSON_Of(const Node& node, Completeness completeness);
+// Without what follows from the rest, and the time of the last change.
+std::string JSON_Of(const Node& node);
 
 // What a line asks for.
 struct Wanted_Record {
@@ -82,12 +87,15 @@ struct Wanted_Record {
 };
 struct Wanted_Node {
     Long Number = 0;
+    std::optional<String> Change;                 // at which the line was exported
     std::map<std::size_t, Wanted_Record> Records; // by kind
 };
 
 // Why a line is no node; says what to write instead.
 struct Line_Error : std::runtime_error {
-    using std::runtime_error::runtime_error;
+    explicit Line_Error(const std::string& message, std::size_t column = 0)
+        : std::runtime_error(message), Column(column) {}
+    const std::size_t Column; // counted from 1; 0 when it is the whole line's
 };
 Wanted_Node Parse_Node(const std::string& line); // Line_Error
 

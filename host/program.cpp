@@ -5,6 +5,7 @@
 #include <iterator>
 #include <optional>
 #include <sstream>
+#include <system_error>
 
 #include "automation/create.h"
 #include "automation/text.h"
@@ -13,29 +14,50 @@
 #include "host/script_player.h"
 #include "host/setup.h"
 #include "installed_display.h"
+#include "interruption.h"
 #include "own_modules.h"
 #include "painter.h"
 #include "registering.h"
+#include "store_answers.h"
 #include "store_history.h"
 #include "style_node/control_names.h"
 #include "text_file.h"
 #include "toolkit/display_source.h"
 #include "translation.h"
+#include "visible_text.h"
 
 namespace host {
 
 namespace {
 
-void Complain(const Streams& streams, const std::string& message) {
-    streams.Errors << "style-editor: " << message << std::endl;
+void Require_Written(const Streams& streams, const std::string& before = "") {
+    if (!streams.Out.flush())
+        throw Outcome_Error(before + "standard output could not be written; check where it goes");
 }
 
+// A report that holds texts of others.
+template <typename Report>
+void Print_Visibly(const Streams& streams, Report&& report) {
+    std::ostringstream text;
+    const auto print = [&] { streams.Out << Visible_Lines(text.str()); };
+    try {
+        report(text);
+    } catch (...) {
+        print();
+        throw;
+    }
+    print();
+}
+
+void Complain(const Streams& streams, const std::string& message) {
+    streams.Errors << "style-editor: " << Visible_Text(message) << std::endl;
+}
+
+// The script is an argument, not a part of the machine.
 std::string Script_Text(const std::string& name, std::istream& standard_input) try {
-    if (name == "-")
-        return {std::istreambuf_iterator<char>(standard_input), {}};
-    return Read_File(name);
+    return Read_Input(name, standard_input);
 } catch (const Start_Error& error) {
-    throw Usage_Error(error.what()); // the script is an argument, not a part of the machine
+    throw Usage_Error(error.what());
 }
 
 std::vector<Command> Load_Script(const std::string& name, std::istream& standard_input) try {
@@ -109,8 +131,6 @@ int Run(const Play_Command& command, const Streams& streams) {
         throw Start_Error("the dialog stayed up when the script had ended; let the script close it");
     if (painter)
         painter->Check();
-    if (!streams.Out)
-        throw Start_Error("the transcript could not be written; check where standard output goes");
     return status::OK;
 }
 
@@ -133,44 +153,54 @@ int Run(const Edit_Command& command, const Streams& streams) {
 
 int Run(const Store_Init_Command& command, const Streams& streams) {
     const std::string name = Create_Store(command);
-    streams.Out << "created the store " << name << std::endl;
+    streams.Out << "created the store " << Visible_Text(name) << '\n';
+    Require_Written(streams, "the store was created, but ");
     return status::OK;
 }
 
 int Run(const Store_History_Command& command, const Streams& streams) {
-    Print_History(command, streams.Out);
-    return status::OK;
+    return Print_History(command, streams) ? status::OK : status::Refused;
 }
 
 int Run(const Store_Upgrade_Command& command, const Streams& streams) {
     const std::string name = Upgrade_Store(command);
-    streams.Out << "the store " << name << " is up to date" << std::endl;
+    streams.Out << "the store " << Visible_Text(name) << " is up to date\n";
+    Require_Written(streams, "the store is up to date, but ");
     return status::OK;
 }
 
 int Run(const Export_Command& command, const Streams& streams) {
-    Export(command, streams);
-    return status::OK;
+    return Export(command, streams) ? status::OK : status::Refused;
 }
 
 int Run(const Apply_Command& command, const Streams& streams) {
     return Apply(command, streams) ? status::OK : status::Refused;
 }
 
+int Run(const Revert_Command& command, const Streams& streams) {
+    return All_Or_Nothing([&] { return Revert(command, streams); }) ? status::OK : status::Refused;
+}
+
 int Run(const Register_Command& command, const Streams& streams) {
-    Register(command, streams.Out);
+    Print_Visibly(streams, [&](std::ostream& out) { Register(command, out); });
     return status::OK;
 }
 
 int Run(const List_Command& command, const Streams& streams) {
-    return List(command, streams.Out) ? status::OK : status::Class_Not_Found;
+    bool all_found = false;
+    Print_Visibly(streams, [&](std::ostream& out) { all_found = List(command, out); });
+    return all_found ? status::OK : status::Class_Not_Found;
 }
 
 int Run(const Strings_Command& command, const Streams& streams) {
-    if (command.Picture.empty())
-        return Check_Strings(command, streams.Out) ? status::OK : status::Strings_Wrong;
-    Picture_Strings(command, streams.Out);
-    return status::OK;
+    bool is_right = true;
+    Print_Visibly(streams, [&](std::ostream& out) {
+        if (command.Picture.empty())
+            is_right = Check_Strings(command, out);
+        else
+            Picture_Strings(command, out);
+    });
+    return is_right ? status::OK : status::Strings_Wrong;
 }
 
 int Run(const Information& information, const Streams& streams) {
@@ -178,10 +208,29 @@ int Run(const Information& information, const Streams& streams) {
     return status::OK;
 }
 
+// Those that a person or a script drives end at once: what they have saved is saved.
+Interruption::Way Way_Of(const Command_Line& command) {
+    const bool is_driven =
+        std::holds_alternative<Edit_Command>(command) || std::holds_alternative<Play_Command>(command);
+    return is_driven ? Interruption::Way::At_Once : Interruption::Way::Unwinds;
+}
+
+// Names of files are bytes, but what becomes a text on the way would name another file.
+void Check_Arguments(const std::vector<std::string>& arguments) {
+    for (std::size_t index = 1; index < arguments.size(); ++index)
+        if (!automation::From_UTF8(arguments[index]))
+            throw Usage_Error("argument " + std::to_string(index) + ", " + arguments[index] +
+                              ", is not UTF-8; rename the file or the folder");
+}
+
 int Run_Command(const std::vector<std::string>& arguments, const Streams& streams) {
+    Check_Arguments(arguments);
     const std::vector<std::string> options(arguments.begin() + 1, arguments.end());
-    return std::visit([&](const auto& command) { return Run(command, streams); },
-                      Parse_Command_Line(options));
+    const Command_Line command = Parse_Command_Line(options);
+    const Interruption interruption(Way_Of(command));
+    const int status = std::visit([&](const auto& parsed) { return Run(parsed, streams); }, command);
+    Require_Written(streams);
+    return status;
 }
 
 // The exception in flight, as a message and a status.
@@ -193,8 +242,18 @@ int Failed(const Streams& streams) try { throw; } catch (const Usage_Error& erro
                           " (" + std::to_string(failure.Number) + ")" +
                           (failure.Reason.empty() ? "" : "; " + automation::To_UTF8(failure.Reason)));
     return status::Cannot_Start;
-} catch (const std::exception& error) {
+} catch (const Start_Error& error) {
     Complain(streams, error.what());
+    return status::Cannot_Start;
+} catch (const std::bad_alloc&) {
+    Complain(streams, "there is not enough memory; end other programs, or divide the work");
+    return status::Cannot_Start;
+} catch (const std::system_error& error) {
+    Complain(streams, std::string("the system refused a file, a thread or a process: ") + error.what() +
+                          "; look at its limits");
+    return status::Cannot_Start;
+} catch (const std::exception& error) {
+    Complain(streams, std::string("an internal error: ") + error.what());
     return status::Cannot_Start;
 } catch (...) {
     Complain(streams, "something unknown went wrong");
@@ -206,9 +265,15 @@ int Failed(const Streams& streams) try { throw; } catch (const Usage_Error& erro
 int Run_Program(const std::vector<std::string>& arguments, const Streams& streams) noexcept {
     try {
         return Run_Command(arguments, streams);
+    } catch (const Outcome_Error& error) {
+        Complain(streams, error.what());
     } catch (...) {
-        return Failed(streams);
+        if (!Interruption::Has_Come())
+            return Failed(streams);
+        Complain(streams, "interrupted; nothing was changed");
     }
+    Interruption::End_By_Signal();
+    return status::Cannot_Start;
 }
 
 } // namespace host

@@ -1,33 +1,10 @@
 #include "store_answers.h"
 
-#include <algorithm>
-#include <array>
-
 #include "automation/create.h"
-#include "automation/text.h"
+#include "host/errors.h"
+#include "visible_text.h"
 
 namespace host {
-
-namespace {
-
-struct Range {
-    char16_t First, Last;
-};
-// Controls, what joins or turns text, line separators, the first half of tags, and halves without the other.
-constexpr std::array Unseen{Range{0, 0x1F},        Range{0x7F, 0x9F},     Range{0xAD, 0xAD},
-                            Range{0x61C, 0x61C},   Range{0x180E, 0x180E}, Range{0x200B, 0x200F},
-                            Range{0x2028, 0x202E}, Range{0x2060, 0x206F}, Range{0xFEFF, 0xFEFF},
-                            Range{0xFFF9, 0xFFFB}, Range{0xDB40, 0xDB40}};
-
-std::string Escaped(char16_t unit) {
-    constexpr const char* digits = "0123456789abcdef";
-    std::string text = "\\u";
-    for (unsigned shift = 16; shift > 0; shift -= 4)
-        text += digits[(static_cast<unsigned>(unit) >> (shift - 4)) & 15U];
-    return text;
-}
-
-} // namespace
 
 automation::Reference<recordset::Recordset> Opened(const automation::Variant& xml) {
     recordset::Offer_Classes();
@@ -40,23 +17,19 @@ automation::Reference<recordset::Recordset> Opened(const automation::Variant& xm
     return rows;
 }
 
-std::string Visible(automation::String_View text) {
-    std::string visible;
-    automation::String plain;
-    const auto flush = [&] { visible += automation::To_UTF8(std::exchange(plain, {})); };
-    for (const char16_t unit : text) {
-        const bool is_unseen = std::any_of(Unseen.begin(), Unseen.end(), [&](const Range& range) {
-            return unit >= range.First && unit <= range.Last;
-        });
-        if (!is_unseen && unit != u'"' && unit != u'\\') {
-            plain += unit;
-            continue;
-        }
-        flush();
-        visible += is_unseen ? Escaped(unit) : std::string("\\") + static_cast<char>(unit);
-    }
-    flush();
-    return visible;
+void Tell(const Streams& streams, const std::string& outcome) {
+    if (!streams.Out.flush())
+        throw Outcome_Error(outcome + "; standard output could not be written");
+    streams.Errors << "style-editor: " << Visible_Text(outcome) << std::endl;
+}
+
+bool All_Or_Nothing(const std::function<bool()>& body) try { return body(); } catch (const Outcome_Error&) {
+    throw;
+} catch (const Start_Error& error) {
+    const std::string what = error.what();
+    const bool is_unknown = what.find("whether the change was stored is not known") != std::string::npos;
+    throw Outcome_Error(is_unknown ? what + "; style-editor store history tells"
+                                   : "nothing was changed: " + what);
 }
 
 } // namespace host

@@ -1,7 +1,10 @@
-// What the commands for stores share: an answer of the store as rows, and its texts on a terminal.
+// What the commands for stores share: an answer of the store as rows, and how they end.
 #pragma once
 
+#include <functional>
 #include <string>
+
+#include "host/program.h"
 
 #include "recordset/recordset.h"
 
@@ -10,8 +13,11 @@ namespace host {
 // The persisted recordset in an answer. Throws automation::Failure.
 automation::Reference<recordset::Recordset> Opened(const automation::Variant& xml);
 
-// A text as it stands, but for quotes, backslashes and what would move the cursor, hide or turn text: these
-// are escaped.
-std::string Visible(automation::String_View text);
+// Ends a command: what has become of the store goes to standard error. Throws Outcome_Error with it when what
+// was printed before could not be written.
+void Tell(const Streams& streams, const std::string& outcome);
+
+// Runs what changes everything or nothing: a failure says that nothing was changed, unless that is not known.
+bool All_Or_Nothing(const std::function<bool()>& body);
 
 } // namespace host

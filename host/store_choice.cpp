@@ -1,5 +1,7 @@
 #include "store_choice.h"
 
+#include <algorithm>
+
 #include "automation/create.h"
 #include "automation/text.h"
 #include "host/setup.h"
@@ -15,12 +17,43 @@ void Give_Up(const automation::Failure& failure) {
 }
 
 Variant Store_Location(const std::optional<std::string>& name) {
-    if (!name)
-        return {};
-    auto text = automation::From_UTF8(*name);
-    if (!text) // to replace a byte would name another file
-        throw Start_Error("the name of the store is not UTF-8; rename the file, or a folder above it");
-    return Variant(*text);
+    return name ? Variant(automation::From_UTF8_Replacing(*name)) : Variant();
+}
+
+namespace {
+
+// A text in single quotes is what it is, but a control character would be hidden in it.
+std::string Quoted_For_Shell(const std::string& text) {
+    constexpr std::string_view plain =
+        "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_./:@%=,+-";
+    if (text.find_first_not_of(plain) == std::string::npos)
+        return text;
+    const bool is_printable =
+        std::all_of(text.begin(), text.end(), [](unsigned char each) { return each >= ' ' && each != 0x7F; });
+    constexpr const char* digits = "01234567";
+    std::string quoted = is_printable ? "'" : "$'";
+    for (const char character : text) {
+        const auto code = static_cast<unsigned char>(character);
+        if (code < ' ' || code == 0x7F)
+            quoted += {'\\', digits[code >> 6U], digits[(code >> 3U) & 7U], digits[code & 7U]};
+        else if (character == '\'')
+            quoted += is_printable ? "'\\''" : "\\'";
+        else
+            quoted += (character == '\\' && !is_printable ? "\\" : "") + std::string(1, character);
+    }
+    return quoted + "'";
+}
+
+} // namespace
+
+std::string How_To_Take_Back(const std::optional<std::string>& store, const std::string& change) {
+    std::string command = "style-editor store revert " + change;
+    if (!store)
+        return command;
+    automation::Text location;
+    automation::Check(automation::Create_Bound<Store_Keeper>(Store_Keeper::Program_Identity)
+                          ->Describe(Store_Location(store), location));
+    return command + " --store " + Quoted_For_Shell(automation::To_UTF8(location.View()));
 }
 
 Open_Store::Open_Store(const std::optional<std::string>& name) {

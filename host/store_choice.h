@@ -25,6 +25,9 @@ private:
 // The name as the keeper of the store takes it.
 automation::Variant Store_Location(const std::optional<std::string>& name);
 
+// The command that takes a change back in the store of that name, quoted for a shell; without a password.
+std::string How_To_Take_Back(const std::optional<std::string>& store, const std::string& change);
+
 // Why the keeper could not do it, as a Start_Error.
 [[noreturn]] void Give_Up(const automation::Failure& failure);
 

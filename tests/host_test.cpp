@@ -156,26 +156,6 @@ TEST(Command_Line, Understands_All_Options) {
     EXPECT_EQ(init.Store, "sqlite:y");
 }
 
-TEST(Command_Line, Keeps_Its_Defaults) {
-    const auto edit = Parsed<Edit_Command>({"edit"});
-    EXPECT_EQ(edit.Wanted.Config_ID, 1);
-    EXPECT_EQ(edit.Wanted.Partition_ID, 1);
-    EXPECT_EQ(edit.Wanted.Node_Number, 1);
-    EXPECT_EQ(edit.Wanted.Language_ID, 1);
-    EXPECT_FALSE(edit.Wanted.Silent_Error);
-    EXPECT_FALSE(edit.Common.App_Data);
-    EXPECT_EQ(Parsed<Play_Command>({"play", "--appdata=", "-"}).Common.App_Data, "");
-    EXPECT_FALSE(Parsed<Store_Init_Command>({"store", "init"}).Nodes);
-
-    const auto history =
-        Parsed<Store_History_Command>({"store", "history", "--node", "0", "--json", "--config=-1"});
-    EXPECT_EQ(history.Config_ID, -1);
-    EXPECT_FALSE(history.Partition_ID);
-    EXPECT_EQ(history.Node_Number, 0);
-    EXPECT_TRUE(history.As_JSON);
-    EXPECT_EQ(Parsed<Store_Upgrade_Command>({"store", "upgrade", "--store", "sqlite:y"}).Store, "sqlite:y");
-}
-
 TEST(Command_Line, Rejects_What_It_Does_Not_Know) {
     const std::string lines =
         "|paly x|edit x|edit --node|edit --node x|edit --node 0x1|edit --node 32768|edit --config -32769|"

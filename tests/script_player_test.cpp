@@ -77,7 +77,7 @@ TEST(Program, Says_What_Is_Wrong_And_Leaves_Nothing_Behind) {
         {{"play", "-", "--store", "sqlite:@/none.db"}, 3, "store init --store sqlite:"},
         {{"play", "-", "--store", "sqlite:@/latin.txt"}, 3, "latin.txt"},
         {{"play", "-", "--store", "somewhere"}, 3, "sqlite:PATH"},
-        {{"store", "init", "--store", "sqlite:@/\xFF.db"}, 3, "not UTF-8"},
+        {{"store", "init", "--store", "sqlite:@/\xFF.db"}, 2, "not UTF-8"},
         {{"edit", "--node", "70000"}, 2, "--node"},
         {{"edit"}, 3, "display"},
         {{"store", "init", "--store", "sqlite:@/latin.txt"}, 3, "latin.txt"},

@@ -87,27 +87,31 @@ TEST_P(Shared_Editing, Who_Saves_Second_Is_Told_Who_Was_First_And_Can_Open_The_N
 }
 
 TEST_P(Shared_Editing, Applied_Lines_Are_News_To_An_Editor_And_Stand_In_The_History) {
-    const std::string undo = (session.Folder() / "undo").string();
-    const auto apply = [&](const std::string& lines, std::vector<std::string> options) {
+    const auto run = [&](std::vector<std::string> words, const std::string& lines) {
         const Temporary_Folder home;
-        options.insert(options.begin(), {"store", "apply", "-", "--store", place.URL});
-        const auto outcome = program_run::Run(STYLE_EDITOR, options, home, home.String(), lines);
+        words.insert(words.end(), {"--store", place.URL});
+        const auto outcome = program_run::Run(STYLE_EDITOR, words, home, home.String(), lines);
         EXPECT_EQ(outcome.Status, 0) << outcome.Errors;
+        EXPECT_NE(outcome.Out.find("style-editor store revert "), std::string::npos) << outcome.Out;
+        return outcome.Out;
     };
+    std::string applied;
     session.On_Line = [&](const Line& line) {
         if (line.at("event") == "form")
-            apply("{\"NodeNumber\":12,\"Hookflash\":700,\"SuperviseID\":0}\n", {"--undo", undo});
+            applied =
+                run({"store", "apply", "-"}, "{\"NodeNumber\":12,\"Hookflash\":700,\"SuperviseID\":0}\n");
     };
     const Lines lines = session.Play("shown 1 1 12\npaste cmbHookFlash 600\nshow form\nclick cmdApply\n");
     EXPECT_EQ(
         Only(lines, "result")[0].at("ErrDescription").get<std::string>().rfind("Node 12 was changed by ", 0),
         0U);
     EXPECT_EQ(Hook_Flash(), "700");
-    apply(Bytes_Of_File(undo), {"--restore", "--undo", undo + "2"});
+    const std::string number = applied.substr(applied.find("revert ") + 7);
+    run({"store", "revert", number.substr(0, number.find(' '))}, "");
     EXPECT_EQ(Hook_Flash(), "500");
     const auto noted =
         place.SQL("SELECT record, old_values IS NULL, new_values IS NULL FROM change_log WHERE "
-                  "operation = 'store apply' AND record <> 'node_entry' ORDER BY change, entry");
+                  "operation LIKE 'store %' ORDER BY change, record DESC");
     EXPECT_EQ(noted, (Texts{{"style_node", "0", "0"},
                             {"partial_detail", "0", "1"},
                             {"style_node", "0", "0"},
@@ -176,7 +180,8 @@ TEST(Shared_History, Cannot_Be_Forged_By_A_Text) {
         std::string::npos)
         << printed.Out;
     EXPECT_NE(printed.Out.find("Change 77, \\u000a1 UTC, by a\\u000ab (database user c\\u0009d): \\u202e\n"
-                               "  r, configuration 1, partition 1, node 3\n    ?: \"no json\\u000a\" -> -\n"),
+                               "  r, configuration 1, partition 1, node 3 (broken: changed_at changed_by "
+                               "database_user record old_values)\n    \"no json\\u000a\" -> null\n"),
               std::string::npos)
         << printed.Out;
     for (const std::string hidden : {"\r", "\x1B", "\u202E", "\u2028", "\u200B", "\u0085", "\nChange 99"})

@@ -36,6 +36,8 @@ public:
     void Add_Exception(const std::string& option);
     // OPERATION[@K]=FILE. Throws Usage_Error; Start_Error when the file cannot be read as UTF-8.
     void Add_Reply(const std::string& option);
+    // Every call of a reading operation answers the text.
+    void Answer(String_View operation, String text);
     // Prints every call before it runs. The transcript outlives the plan.
     void Trace(Transcript& transcript) { trace = &transcript; }
 

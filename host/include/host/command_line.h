@@ -62,9 +62,16 @@ struct Apply_Command {
     Common_Options Common; // the store
     Job Place;             // configuration and partition
     std::string File;      // "-" is standard input
-    std::string Undo;      // the new file that undoes it
     bool Dry_Run = false;
-    bool Restore = false; // puts back what is given without the dialog's rules
+    bool Force = false; // also over what others have changed since
+};
+
+// store revert: recorded changes, taken back.
+struct Revert_Command {
+    std::optional<std::string> Store;
+    std::string First, Last; // decimal numbers of changes
+    bool Dry_Run = false;
+    bool Force = false;
 };
 
 // register and unregister: modules by their absolute paths.
@@ -91,7 +98,7 @@ struct Information {
 };
 
 using Command_Line = std::variant<Edit_Command, Play_Command, Store_Init_Command, Export_Command,
-                                  Apply_Command, Store_History_Command, Store_Upgrade_Command,
+                                  Apply_Command, Revert_Command, Store_History_Command, Store_Upgrade_Command,
                                   Register_Command, List_Command, Strings_Command, Information>;
 
 // `arguments` without the program's name. Throws Usage_Error.

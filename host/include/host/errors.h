@@ -25,4 +25,9 @@ struct Start_Error : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+// Says itself what has become of the store.
+struct Outcome_Error : Start_Error {
+    using Start_Error::Start_Error;
+};
+
 } // namespace host
