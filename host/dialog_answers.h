@@ -1,7 +1,7 @@
 // What the dialog says to texts: its own fields, lists and options judge them, in a dialog that nobody sees.
 //
-// The store has to be open; nothing is saved, and no node is read: one of its values may be what nobody could open.
-// Everything comes on one thread.
+// The store has to be open; nothing is saved, and no node is read: one of its values may be what nobody could
+// open. Everything comes on one thread.
 #pragma once
 
 #include <array>
