@@ -20,9 +20,14 @@ Boolean To_Boolean(bool value) {
 
 void Busyness_Rules::Class_Initialize() {
     dialog::Trapped(*this, u"Class_Initialize", Object_Index::Busyness_Rules, [this] {
-        auto create = [](auto& member) {
+        auto create = [this](auto& member) {
             using Interface = std::remove_reference_t<decltype(*member)>;
-            member = automation::Create_Bound<Interface>(Interface::Program_Identity);
+            try {
+                member = automation::Create_Bound<Interface>(Interface::Program_Identity);
+            } catch (const automation::Failure& failure) {
+                not_created = failure.Reason;
+                throw;
+            }
         };
         create(state.Message_Box_Component);
         create(state.SR_Reader);
@@ -86,6 +91,10 @@ Status Busyness_Rules::Shown(Integer Config_ID, Integer Partition_ID, Integer No
         const auto keep = automation::Reference<Busyness_Rules>::To(*this);
         Result =
             To_Boolean(Run_Job(Config_ID, Partition_ID, Node_Number, Language_ID, Silent_Error != False));
+        // The record has no place for the reason.
+        if (Result == False && !not_created.empty())
+            automation::Set_Error(automation::Failure(state.Error_Code, state.Error_Description,
+                                                      state.Error_Location, not_created));
     });
 }
 

@@ -89,6 +89,7 @@ private:
     void Write_User_Log();
 
     const automation::Apartment apartment;
+    String not_created; // why one of the product's components was not; empty when all were
     data::Editor_State state;
     std::weak_ptr<dialog::dlgGUI> shown_form;
 };

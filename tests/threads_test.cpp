@@ -164,4 +164,18 @@ TEST_F(Threads, Are_Not_Taken_For_Those_That_Have_Ended) {
     EXPECT_TRUE(is_same) << "no thread has got the identifier again";
 }
 
+// A host without the product's components: the record has its published texts, the error object the reason.
+TEST_F(Threads, Are_Told_Which_Class_Is_Missing) {
+    host::Script_Display display;
+    toolkit::Set_Display(&display);
+    classes::Unregister_Module(STAND_INS, classes::Scope::Machine);
+    style_node::Editor editor;
+    EXPECT_FALSE(editor.Shown(1, 1, 1));
+    EXPECT_EQ(editor.ErrCode(), 91);
+    EXPECT_EQ(To_UTF8(editor.ErrDescription()), "Object variable or With block variable not set");
+    const std::string reason = To_UTF8(editor.Reason());
+    EXPECT_NE(reason.find(" is not registered; install style-editor"), std::string::npos) << reason;
+    toolkit::Set_Display(nullptr);
+}
+
 } // namespace

@@ -60,6 +60,13 @@ static void Print_Error_Properties(_Busyness_Rules* editor) {
     Print("ErrLocation", location);
     fprintf(stderr, "ErrCode: %d\n", (int)code);
     Print("ErrDescription", description);
+    Automation_Error error;
+    if (Automation_Take_Error(&error)) { /* why there are no components of the product's */
+        Automation_Free(error.Source);
+        Automation_Free(error.Description);
+        if (error.Reason)
+            Print("Reason", error.Reason);
+    }
 }
 
 /* Blocks while the dialog is up. */

@@ -42,6 +42,8 @@ int Run(const std::array<automation::Integer, 3>& node) {
     if (editor.Shown(node[0], node[1], node[2])) // while the dialog is up
         return Done;
     Print_Error_Properties(editor);
+    if (!editor.Reason().empty()) // there are no components of the product's
+        std::cerr << "Reason: " << To_UTF8(editor.Reason()) << '\n';
     return Error_Recorded;
 }
 

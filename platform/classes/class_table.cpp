@@ -100,11 +100,10 @@ Reference<Unknown> Create_Registered(const Wanted& wanted, bool with_offers) {
     if (!offer && with_offers)
         offer = offered;
     if (!offer)
-        Refuse(
-            wanted.Name() +
-            " is not registered; install the package that brings it, or run style-editor register with its "
-            "module" +
-            skipped);
+        Refuse(wanted.Name() +
+               " is not registered; install style-editor or the package that brings it, or run style-editor "
+               "register with its module" +
+               skipped);
     return offer->Module.empty() ? Made_By(offer->Description, wanted)
                                  : Made_In(offer->Module, offer->Description.Class_Identity);
 }

@@ -53,7 +53,7 @@ std::string Target_Of(const Descriptor& link, const std::string& path) {
 // Takes the first name of a path, empty at its end.
 std::string Take_Name(std::string& rest) {
     rest.erase(0, std::min(rest.find_first_not_of('/'), rest.size()));
-    const std::string name = rest.substr(0, rest.find('/'));
+    std::string name = rest.substr(0, rest.find('/'));
     rest.erase(0, name.size());
     return name;
 }
@@ -122,7 +122,7 @@ void Trusted_File::Walk(std::string rest, Sticky sticky) {
             continue;
         if (++links > Most_Links)
             throw Trust_Error(asked + " has too many symbolic links", ELOOP);
-        rest = *target + "/" + rest;
+        rest.insert(0, *target + "/");
         if (rest.starts_with('/'))
             Enter_Root();
     }

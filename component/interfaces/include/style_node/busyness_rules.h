@@ -42,7 +42,9 @@ AUTOMATION_MEMBER(Put_SupervisedType_Blind, Automation_Boolean_Reference Given_I
 /* Whether Shown was called for node 0, the partition's default node. */
 AUTOMATION_MEMBER(Get_Editing_Default_Node, Automation_Boolean_Reference Result)
 /* Runs one editing job; Result is True when no error was recorded during it. Language_ID 1 is English;
- * Silent_Error suppresses the "Internal Error" box. A host that leaves the last two out passes 1, False. */
+ * Silent_Error suppresses the "Internal Error" box. A host that leaves the last two out passes 1, False.
+ * When it is False because a component of the product's could not be created, the thread's error object has
+ * the last recorded error with the Reason, for instance which class is not registered. */
 AUTOMATION_MEMBER(Shown, int16_t Config_ID, int16_t Partition_ID, int16_t Node_Number, int16_t Language_ID,
                   Automation_Boolean Silent_Error, Automation_Boolean_Reference Result)
 AUTOMATION_END(_Busyness_Rules)

@@ -18,10 +18,16 @@ public:
     bool Shown(Integer config_id, Integer partition_id, Integer node_number, Integer language_id = 1,
                bool silent_error = false) {
         Boolean result = False;
+        automation::Take_Error(); // of an earlier call
         automation::Check(object->Shown(config_id, partition_id, node_number, language_id,
                                         silent_error ? True : False, result));
+        const auto error = result == False ? automation::Take_Error() : std::nullopt;
+        reason = error ? error->Reason : automation::String();
         return result != False;
     }
+    // Why the product's components could not be created, for a person; empty unless that made Shown answer
+    // false.
+    const automation::String& Reason() const { return reason; }
 
     automation::String ErrLocation() const { return Text(&_Busyness_Rules::Get_ErrLocation); }
     Long ErrCode() const { return Value(&_Busyness_Rules::Get_ErrCode); }
@@ -45,6 +51,7 @@ private:
     }
 
     automation::Reference<_Busyness_Rules> object;
+    automation::String reason;
 };
 
 } // namespace style_node
