@@ -58,7 +58,7 @@ std::string Take_Name(std::string& rest) {
     return name;
 }
 
-// Its links are to what this process has open already, such as a pipe; they lead nowhere by their texts.
+// Some of its links are to what this process has open, such as a pipe, and lead nowhere by their texts.
 bool Is_Of_The_Process(const Descriptor& folder) {
     struct statfs system {};
     return fstatfs(folder.Get(), &system) == 0 && system.f_type == PROC_SUPER_MAGIC;
@@ -144,8 +144,9 @@ std::optional<std::string> Trusted_File::Step(const std::string& name) {
     const bool is_link = S_ISLNK(next.status.st_mode);
     if (is_link) {
         Check_Owner(its_path, next.status);
-        if (!Is_Of_The_Process(file))
-            return Target_Of(next.file, its_path);
+        std::string target = Target_Of(next.file, its_path);
+        if (!Is_Of_The_Process(file) || target.starts_with('/'))
+            return target;
     }
     if (!next.Is_Folder()) // a pipe without a writer must not hold the caller
         next.Enter(
