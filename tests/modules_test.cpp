@@ -270,6 +270,19 @@ TEST_F(Modules, Are_Refused_With_A_Reason_That_Names_The_File) {
     }
 }
 
+// What the loader would map and not find ends the process, so it must not get that far.
+TEST_F(Modules, May_Be_Cut_Off_Anywhere) {
+    const auto whole = fs::file_size(GOOD_MODULE);
+    std::set<std::string> reasons;
+    for (std::uintmax_t size = 0; size < whole; size += whole / 100) {
+        const std::string module = Copy(GOOD_MODULE, "own/" + std::to_string(size) + ".so");
+        fs::resize_file(module, size);
+        const std::string why = Why_Not_Registered(module);
+        reasons.insert(why.substr(std::min(why.rfind(' '), why.size())));
+    }
+    EXPECT_EQ(reasons, (std::set<std::string>{"", " anew", " library"})) << "without the sections it can be used";
+}
+
 TEST_F(Modules, May_Lie_Below_A_Sticky_Folder_And_Behind_A_Link) {
     Run("mkdir -m 1777 shared; mkdir -m 755 shared/own; ln -s shared/own/Good.so linked.so");
     const std::string module = Copy(GOOD_MODULE, "shared/own/Good.so");
