@@ -280,7 +280,8 @@ TEST_F(Modules, May_Be_Cut_Off_Anywhere) {
         const std::string why = Why_Not_Registered(module);
         reasons.insert(why.substr(std::min(why.rfind(' '), why.size())));
     }
-    EXPECT_EQ(reasons, (std::set<std::string>{"", " anew", " library"})) << "without the sections it can be used";
+    EXPECT_EQ(reasons, (std::set<std::string>{"", " anew", " library"}))
+        << "without the sections it can be used";
 }
 
 TEST_F(Modules, May_Lie_Below_A_Sticky_Folder_And_Behind_A_Link) {
