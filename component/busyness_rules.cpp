@@ -19,6 +19,7 @@ Boolean To_Boolean(bool value) {
 } // namespace
 
 void Busyness_Rules::Class_Initialize() {
+    Reserve_Error_Record();
     dialog::Trapped(*this, u"Class_Initialize", Object_Index::Busyness_Rules, [this] {
         auto create = [this](auto& member) {
             using Interface = std::remove_reference_t<decltype(*member)>;

@@ -48,7 +48,7 @@ public:
     void Edit_Nth_Node(Integer index) override;
     bool Changes_Verified() override;
     bool Save_Changes() override;
-    void Handle_Error(String Source, String_View Procedure, Long Number, String_View Description,
+    void Handle_Error(String_View Source, String_View Procedure, Long Number, String_View Description,
                       Object_Index Object) override;
 
     // The bytes of one of the component's bitmaps; no procedure needs it, the buttons carry their pictures.
@@ -65,6 +65,8 @@ private:
     }
 
     ~Busyness_Rules() override { Class_Terminate(); }
+    // So that a failure can be recorded without memory.
+    void Reserve_Error_Record();
     void Class_Initialize();
     void Class_Terminate();
 
@@ -85,6 +87,7 @@ private:
     void Copy_Box_Error();
 
     void Report_Error(String_View Location, Long Code, String_View Description);
+    void Report_Error_In_Flight() noexcept;
     void Show_Internal_Error();
     void Write_User_Log();
 

@@ -1,4 +1,6 @@
 // The error record, and what happens when reporting itself fails: the user log and the "Internal Error" box.
+#include <span>
+
 #include "automation/number.h"
 #include "busyness_rules.h"
 #include "resources/resources.h"
@@ -20,35 +22,58 @@ String_View Object_Name(Object_Index object) {
     return {};
 }
 
-String Bracketed(String_View text) {
-    return String(u"[").append(text).append(u"]");
+// Without memory for all of it, as much as there is room for.
+void Append(String& record, String_View text) {
+    try {
+        record += text;
+    } catch (const std::bad_alloc&) {
+        record += text.substr(0, record.capacity() - record.size());
+    }
+}
+
+void Keep(String& record, String_View text) {
+    record.clear();
+    Append(record, text);
 }
 
 } // namespace
 
-void Busyness_Rules::Handle_Error(String Source, String_View Procedure, Long Number, String_View Description,
-                                  Object_Index Object) {
+void Busyness_Rules::Reserve_Error_Record() {
+    constexpr std::size_t longest_usual = 500;
+    state.Error_Location.reserve(longest_usual);
+    state.Error_Description.reserve(longest_usual);
+}
+
+void Busyness_Rules::Handle_Error(String_View Source, String_View Procedure, Long Number,
+                                  String_View Description, Object_Index Object) {
     try {
         const String_View object = Object_Name(Object);
-        if (!object.empty())
-            Source = Bracketed(Source) + Bracketed(object);
         state.Error_Code = Number;
-        state.Error_Description = Description;
-        if (!Procedure.empty())
-            state.Error_Location = Source.append(Procedure);
-        else // the number names a text of the language
+        Keep(state.Error_Description, Description);
+        if (!Procedure.empty()) {
+            state.Error_Location.clear();
+            const String_View in_brackets[] = {u"[", Source, u"][", object, u"]", Procedure},
+                              plain[] = {Source, Procedure};
+            for (const String_View part : object.empty() ? std::span<const String_View>(plain) : in_brackets)
+                Append(state.Error_Location, part);
+        } else // the number names a text of the language
             state.Error_Description = resources::Load_String(automation::Add(state.Language_Offset, Number));
     } catch (...) {
-        const automation::Failure failure = dialog::Caught_Failure();
-        Report_Error(failure.Source, failure.Number, failure.Description);
+        Report_Error_In_Flight();
     }
+}
+
+void Busyness_Rules::Report_Error_In_Flight() noexcept {
+    dialog::Hand_Over_Failure([this](String_View source, Long number, String_View description) {
+        Report_Error(source, number, description);
+    });
 }
 
 void Busyness_Rules::Report_Error(String_View Location, Long Code, String_View Description) {
     try {
-        state.Error_Location = Location;
+        Keep(state.Error_Location, Location);
         state.Error_Code = Code;
-        state.Error_Description = Description;
+        Keep(state.Error_Description, Description);
         Show_Internal_Error();
     } catch (...) {
         // There is nobody left to report to.
@@ -77,8 +102,7 @@ String Busyness_Rules::Language_Text(Long Text_ID) {
     try {
         return resources::Load_String(automation::Add(state.Language_Offset, Text_ID));
     } catch (...) {
-        const automation::Failure failure = dialog::Caught_Failure();
-        Report_Error(failure.Source, failure.Number, failure.Description);
+        Report_Error_In_Flight();
         return {};
     }
 }
@@ -90,8 +114,7 @@ std::basic_string_view<unsigned char> Busyness_Rules::Language_Picture(Long bitm
             automation::Raise_Missing_Resource(bitmap_id);
         return picture;
     } catch (...) {
-        const automation::Failure failure = dialog::Caught_Failure();
-        Report_Error(failure.Source, failure.Number, failure.Description);
+        Report_Error_In_Flight();
         return {};
     }
 }

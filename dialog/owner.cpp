@@ -2,20 +2,38 @@
 
 namespace dialog {
 
-automation::Failure Caught_Failure() noexcept {
-    automation::Failure failure = automation::Current_Failure();
-    if (failure.Source.empty())
-        failure.Source = Component_Name;
-    return failure;
+namespace {
+
+void Hand_Over_In_Flight(Take_Failure* take, void* taker) {
+    const auto hand_over = [&](const automation::Failure& failure) {
+        take(taker, failure.Source.empty() ? Component_Name : String_View(failure.Source), failure.Number,
+             failure.Description);
+    };
+    try {
+        throw;
+    } catch (const automation::Failure& failure) {
+        hand_over(failure);
+    } catch (const std::bad_alloc&) {
+        take(taker, Component_Name, automation::run_time::Out_Of_Memory, automation::Out_Of_Memory_Text);
+    } catch (...) {
+        hand_over(automation::Current_Failure());
+    }
 }
 
-void Report(Error_Sink& sink, String_View procedure, Object_Index object) noexcept {
+} // namespace
+
+void Hand_Over_Failure(Take_Failure* take, void* taker) noexcept {
     try {
-        const automation::Failure failure = Caught_Failure();
-        sink.Handle_Error(failure.Source, procedure, failure.Number, failure.Description, object);
+        Hand_Over_In_Flight(take, taker);
     } catch (...) {
         // Reporting must not fail; what cannot be recorded is lost.
     }
+}
+
+void Report(Error_Sink& sink, String_View procedure, Object_Index object) noexcept {
+    Hand_Over_Failure([&](String_View source, Long number, String_View description) {
+        sink.Handle_Error(source, procedure, number, description, object);
+    });
 }
 
 String With_Placeholder(String_View text, String_View value) {

@@ -21,9 +21,10 @@ namespace {
 std::atomic<bool> counting{false};
 std::atomic<long> count{0};
 std::atomic<long> fails_at{0};
+std::atomic<bool> stays_out{false}; // every later one fails too
 
 void* Allocated(std::size_t size) {
-    if (counting && ++count == fails_at)
+    if (counting && (++count == fails_at || (stays_out && fails_at != 0 && count > fails_at)))
         throw std::bad_alloc();
     if (void* block = std::malloc(size ? size : 1))
         return block;
@@ -144,6 +145,8 @@ private:
             left = true;
         }
         EXPECT_FALSE(left) << "a failure has escaped to the host";
+        counting = false;
+        EXPECT_TRUE(shown || editor.ErrCode() != 0) << "a job that failed without an error";
         return shown ? Played::End::Shown : Played::End::Recorded;
     }
 
@@ -164,7 +167,12 @@ private:
     host::Transcript transcript{unused};
 };
 
-TEST_F(Allocation, May_Fail_Anywhere) {
+class Memory : public Allocation, public ::testing::WithParamInterface<bool> {};
+INSTANTIATE_TEST_SUITE_P(That, Memory, ::testing::Values(false, true),
+                         [](const auto& how) { return how.param ? "Stays_Out" : "Runs_Out_Once"; });
+
+TEST_P(Memory, May_Run_Out_Anywhere) {
+    stays_out = GetParam();
     Play(0); // what is made once per process
     const Played whole = Play(0);
     ASSERT_EQ(whole.Ended, Played::End::Shown);
@@ -182,6 +190,7 @@ TEST_F(Allocation, May_Fail_Anywhere) {
     }
     EXPECT_GT(ends[Played::End::Recorded], 0) << "no failure reached the component";
     EXPECT_GT(ends[Played::End::Not_Created], 0) << "no failure reached the host";
+    stays_out = false;
 }
 
 } // namespace

@@ -19,7 +19,7 @@ struct Run_Time_Text {
 constexpr std::array Run_Time_Texts{
     Run_Time_Text{run_time::Invalid_Argument, u"Invalid procedure call or argument"},
     Run_Time_Text{run_time::Overflow, u"Overflow"},
-    Run_Time_Text{run_time::Out_Of_Memory, u"Out of memory"},
+    Run_Time_Text{run_time::Out_Of_Memory, Out_Of_Memory_Text},
     Run_Time_Text{run_time::Subscript_Out_Of_Range, u"Subscript out of range"},
     Run_Time_Text{run_time::Type_Mismatch, u"Type mismatch"},
     Run_Time_Text{run_time::Bad_File_Number, u"Bad file name or number"},

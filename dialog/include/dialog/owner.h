@@ -25,16 +25,28 @@ enum class Object_Index : Integer { Busyness_Rules = 1, dlgGUI = 2 };
 // Records failures; the record holds the last one.
 class Error_Sink {
 public:
-    virtual void Handle_Error(String Source, String_View Procedure, Long Number, String_View Description,
+    virtual void Handle_Error(String_View Source, String_View Procedure, Long Number, String_View Description,
                               Object_Index Object) = 0;
 
 protected:
     ~Error_Sink() = default;
 };
 
-// The failure in flight under the name that the platform's error object gives its source. From a catch clause
-// only.
-automation::Failure Caught_Failure() noexcept;
+// Takes the source (as the platform's error object names it), the number and the description of a failure;
+// the texts last as long as the call.
+using Take_Failure = void(void* taker, String_View source, Long number, String_View description);
+
+// Hands the failure in flight to `take`, without a copy: there may be no memory for one. From a catch clause
+// only; what `take` throws is lost.
+void Hand_Over_Failure(Take_Failure* take, void* taker) noexcept;
+template <typename Taker>
+void Hand_Over_Failure(Taker taker) noexcept {
+    Hand_Over_Failure(
+        [](void* to, String_View source, Long number, String_View description) {
+            (*static_cast<Taker*>(to))(source, number, description);
+        },
+        &taker);
+}
 
 // Hands the failure in flight to the sink. From a catch clause only.
 void Report(Error_Sink& sink, String_View procedure, Object_Index object) noexcept;

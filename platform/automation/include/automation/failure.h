@@ -59,6 +59,8 @@ constexpr Long Wrong_Argument_Count = 450;
 constexpr Long Key_Taken = 457;
 } // namespace run_time
 
+constexpr String_View Out_Of_Memory_Text = u"Out of memory";
+
 // A counted text that crosses a module boundary: one word, null for the empty text.
 class Text {
 public:
@@ -108,7 +110,7 @@ inline Failure Current_Failure() {
     } catch (const Failure& failure) {
         return failure;
     } catch (const std::bad_alloc&) {
-        return Failure(run_time::Out_Of_Memory, Description_Of(run_time::Out_Of_Memory));
+        return Failure(run_time::Out_Of_Memory, String(Out_Of_Memory_Text));
     } catch (const std::exception& error) {
         return Failure(Status_Unspecified,
                        String(Text::Adopt(Automation_New_Text_UTF8(error.what())).View()));
