@@ -31,8 +31,8 @@ public:
 // Discards the changes whenever it is asked.
 class Plain_Owner final : public automation::Object<dialog::Owner> {
 public:
-    void Handle_Error(String, automation::String_View, Long number, automation::String_View description,
-                      dialog::Object_Index) override {
+    void Handle_Error(automation::String_View, automation::String_View, Long number,
+                      automation::String_View description, dialog::Object_Index) override {
         REQUIRE(number == automation::run_time::Overflow);
         error = description;
     }

@@ -91,7 +91,7 @@ private:
         for (const auto& [identifier, name] : choices) {
             if (asking->Text == identifier)
                 return {};
-            named += (named.empty() ? u"" : u", ") + identifier + u" " + name;
+            named.append(named.empty() ? u"" : u", ").append(identifier).append(u" ").append(name);
         }
         return u"there is no such " + String(what) + u"; there are " + named;
     }

@@ -1,7 +1,6 @@
 #include "stores/store.h"
 
-#include <atomic>
-
+#include "automation/apartment.h"
 #include "sample.h"
 #include "schema.h"
 #include "session.h"
@@ -10,6 +9,8 @@
 namespace stores {
 
 namespace {
+
+constexpr std::size_t Most_Spare_Connections = 4; // of threads that edit in turn
 
 void Check_Nodes(std::optional<int> nodes) {
     if (nodes && (*nodes < 0 || *nodes > Most_Nodes))
@@ -60,13 +61,6 @@ int Version_Of(std::unique_ptr<Connection>& connection) {
     return version;
 }
 
-// A thread's number is never used again, unlike the system's.
-std::uint64_t This_Thread() {
-    static std::atomic<std::uint64_t> last{0};
-    thread_local const std::uint64_t number = ++last;
-    return number;
-}
-
 } // namespace
 
 std::shared_ptr<Store> Store::Open(const std::string& url) {
@@ -108,8 +102,9 @@ std::shared_ptr<Store> Store::Made(std::unique_ptr<Connection> opened) {
     return std::shared_ptr<Store>(new Store(std::move(opened)));
 }
 
-Store::Store(std::unique_ptr<Connection> opened)
-    : place(std::make_unique<const Location>(opened->Place)), spare(std::move(opened)) {}
+Store::Store(std::unique_ptr<Connection> opened) : place(std::make_unique<const Location>(opened->Place)) {
+    spare.push_back(std::move(opened));
+}
 
 Store::~Store() = default;
 
@@ -120,14 +115,17 @@ const std::string& Store::Address() const {
 std::unique_ptr<Connection> Store::Spare_Connection() {
     {
         const std::lock_guard hold(lock);
-        if (spare)
-            return std::move(spare);
+        if (!spare.empty()) {
+            auto connection = std::move(spare.back());
+            spare.pop_back();
+            return connection;
+        }
     }
     return Connection::Open(*place);
 }
 
 std::shared_ptr<Session> Store::Session_Here() {
-    const std::uint64_t thread = This_Thread();
+    const std::uint64_t thread = automation::This_Thread();
     {
         const std::lock_guard hold(lock);
         std::erase_if(sessions, [](const auto& entry) { return entry.second.expired(); });
@@ -141,7 +139,8 @@ std::shared_ptr<Session> Store::Session_Here() {
         auto connection = ended->Give_Back();
         delete ended;
         const std::lock_guard hold(store->lock);
-        store->spare.swap(connection);
+        if (store->spare.size() < Most_Spare_Connections)
+            store->spare.push_back(std::move(connection));
     };
     std::shared_ptr<Session> session(new Session(Spare_Connection()), end);
     const std::lock_guard hold(lock);

@@ -17,6 +17,7 @@
 #include <span>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "automation/server.h"
 #include "interfaces/store_keeper.h"
@@ -75,7 +76,7 @@ private:
 
     const std::unique_ptr<const Location> place;
     std::mutex lock;
-    std::unique_ptr<Connection> spare; // of the last session that ended, for the next one
+    std::vector<std::unique_ptr<Connection>> spare;           // of sessions that ended, for the next ones
     std::map<std::uint64_t, std::weak_ptr<Session>> sessions; // by thread
 };
 

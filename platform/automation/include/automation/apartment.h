@@ -13,10 +13,14 @@ __attribute__((visibility("hidden"))) inline std::atomic<std::uint64_t> last_thr
 __attribute__((visibility("hidden"))) inline thread_local const std::uint64_t this_thread = ++last_thread;
 } // namespace detail
 
+inline std::uint64_t This_Thread() noexcept {
+    return detail::this_thread;
+}
+
 class Apartment {
 public:
-    Apartment() noexcept : owner(detail::this_thread) {}
-    bool Is_Here() const noexcept { return owner == detail::this_thread; }
+    Apartment() noexcept : owner(This_Thread()) {}
+    bool Is_Here() const noexcept { return owner == This_Thread(); }
 
     // Raises AUTOMATION_WRONG_THREAD on every thread but the one that made it.
     void Require() const {
