@@ -32,7 +32,7 @@ String Ascii(const char* text) {
 // 15 significant digits for a double, 7 for a single, in the platform's form of the exponent: 1E+20.
 String Floating_Text(double value, int digits) {
     std::array<char, 40> buffer{};
-    std::snprintf(buffer.data(), buffer.size(), "%.*G", digits, value);
+    std::snprintf(buffer.data(), buffer.size(), "%.*G", digits, value + 0.0); // a negative zero has no sign
     for (char& unit : buffer)
         if (unit == ',') // a decimal comma of the process locale
             unit = '.';
@@ -53,8 +53,11 @@ String Currency_Text(std::int64_t ten_thousandths) {
     return String(text.begin(), text.end());
 }
 
-// Short date followed by the time; a part that is zero is left out.
+// Short date followed by the time; a part that is zero is left out. Dates are those of the years 100 to 9999.
 String Date_Text(double days) {
+    constexpr double before_first = -657435, behind_last = 2958466;
+    if (!(days > before_first && days < behind_last))
+        Raise(run_time::Overflow);
     const std::int64_t total = std::llround(days * 86400); // seconds first: they may round to the next day
     const auto whole = static_cast<int>(std::floor(static_cast<double>(total) / 86400));
     const auto seconds = static_cast<int>(total - std::int64_t{whole} * 86400);
