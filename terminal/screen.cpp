@@ -79,8 +79,8 @@ void Select_Look(Look look, bool colours, attr_t more = A_NORMAL) {
 } // namespace
 
 Screen::Screen(Device& device)
-    : device(device), claim(The_Only_Place()), locale(Chosen_Locale(device.Locale)),
-      former_locale(::uselocale(locale)) {
+    : device(device), claim(The_Only_Place()), signals(::fileno(device.In), ::fileno(device.Out)),
+      locale(Chosen_Locale(device.Locale)), former_locale(::uselocale(locale)) {
     terminal = ::newterm(device.Type, device.Out, device.In);
     if (terminal) {
         Take_Terminal();

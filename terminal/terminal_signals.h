@@ -1,6 +1,7 @@
 // The signals that concern a terminal, from construction to destruction.
 //
-// One object in a process at a time. Signals may arrive on any thread.
+// One object in a process at a time. Signals may arrive on any thread. Those that end the process find the
+// terminal as it was before, and then do what they did before.
 #pragma once
 
 #include <array>
@@ -10,9 +11,11 @@ namespace terminal {
 
 class Terminal_Signals {
 public:
-    static constexpr std::array Handled{SIGHUP, SIGINT, SIGTERM, SIGTSTP, SIGCONT, SIGWINCH};
+    static constexpr std::array Noted{SIGHUP, SIGTERM, SIGTSTP, SIGCONT, SIGWINCH};
+    static constexpr std::array Final{SIGINT, SIGQUIT, SIGABRT, SIGSEGV, SIGBUS, SIGFPE, SIGILL};
 
-    Terminal_Signals();
+    // The descriptors of the terminal, which still is as it was. Throws Cannot_Show.
+    Terminal_Signals(int input, int output);
     ~Terminal_Signals();
     Terminal_Signals(const Terminal_Signals&) = delete;
     Terminal_Signals& operator=(const Terminal_Signals&) = delete;
@@ -28,8 +31,7 @@ public:
 private:
     void Check_Input(int input, short events);
 
-    int pipe_ends[2];
-    std::array<struct sigaction, Handled.size()> former;
+    std::array<struct sigaction, Noted.size()> former;
     const char16_t* ending = nullptr;
 };
 

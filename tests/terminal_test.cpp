@@ -84,7 +84,7 @@ std::string Failure_Of(const std::function<void()>& body) try {
 std::string State() {
     termios modes{};
     std::string state = ::tcgetattr(STDIN_FILENO, &modes) == 0 ? std::to_string(modes.c_lflag) + " " : "";
-    for (int signal : {SIGHUP, SIGINT, SIGTERM, SIGTSTP, SIGCONT, SIGWINCH}) {
+    for (int signal : {SIGHUP, SIGINT, SIGQUIT, SIGABRT, SIGSEGV, SIGTERM, SIGTSTP, SIGCONT, SIGWINCH}) {
         struct sigaction action {};
         ::sigaction(signal, nullptr, &action);
         state += action.sa_handler == SIG_DFL ? "d" : "h";
@@ -138,6 +138,18 @@ public:
     }
     void Send(const std::string& keys) { EXPECT_GE(::write(master, keys.data(), keys.size()), 0); }
     void Signal(int signal) const { ::kill(child, signal); }
+    // The signal that has ended the program; 0 for none.
+    int Ended_By() {
+        int status = 0;
+        while (::waitpid(child, &status, WNOHANG) == 0)
+            Read(20);
+        return WIFSIGNALED(status) ? WTERMSIG(status) : 0;
+    }
+    tcflag_t Modes() const {
+        termios modes{};
+        EXPECT_EQ(::tcgetattr(master, &modes), 0);
+        return modes.c_lflag & static_cast<tcflag_t>(ICANON | ECHO | ISIG);
+    }
     void Hang_Up() {
         if (master >= 0)
             ::close(std::exchange(master, -1));
@@ -309,6 +321,18 @@ TEST(Terminal, An_End_From_Outside_Is_One_Failure_And_Neither_Saves_Nor_Discards
         Do(session, {{test.Keys, *test.Keys == 'a' ? "[abc" : *test.Keys == '\t' ? "1/32767" : "Discard"}});
         test.Signal != 0 ? session.Signal(test.Signal) : session.Hang_Up();
         EXPECT_EQ(session.Result(), test.Result) << test.Keys << ", signal " << test.Signal;
+    }
+}
+
+TEST(Terminal, A_Signal_That_Ends_The_Program_Finds_The_Terminal_As_It_Was) {
+    for (const int signal : {SIGINT, SIGQUIT, SIGABRT, SIGSEGV, SIGBUS}) {
+        Session session(Show_Small);
+        const auto modes = session.Modes();
+        Do(session, {{"abc", "[abc"}});
+        EXPECT_NE(session.Modes(), modes);
+        session.Signal(signal);
+        EXPECT_EQ(session.Ended_By(), signal);
+        EXPECT_EQ(session.Modes(), modes) << signal;
     }
 }
 
