@@ -1,7 +1,5 @@
 #include "visible_text.h"
 
-#include <algorithm>
-#include <array>
 #include <utility>
 
 #include "automation/text.h"
@@ -9,15 +7,6 @@
 namespace host {
 
 namespace {
-
-struct Range {
-    char16_t First, Last;
-};
-// Controls, what joins or turns text, line separators, the first half of tags, and halves without the other.
-constexpr std::array Unseen{Range{0, 0x1F},        Range{0x7F, 0x9F},     Range{0xAD, 0xAD},
-                            Range{0x61C, 0x61C},   Range{0x180E, 0x180E}, Range{0x200B, 0x200F},
-                            Range{0x2028, 0x202E}, Range{0x2060, 0x206F}, Range{0xFEFF, 0xFEFF},
-                            Range{0xFFF9, 0xFFFB}, Range{0xDB40, 0xDB40}};
 
 std::string Escaped(char16_t unit) {
     constexpr const char* digits = "0123456789abcdef";
@@ -34,9 +23,7 @@ std::string Visible(automation::String_View text, automation::String_View escape
     const auto flush = [&] { visible += automation::To_UTF8(std::exchange(plain, {})); };
     for (const char16_t unit : text) {
         const bool is_kept = kept.find(unit) != automation::String_View::npos;
-        const bool is_unseen = !is_kept && std::any_of(Unseen.begin(), Unseen.end(), [&](const Range& range) {
-            return unit >= range.First && unit <= range.Last;
-        });
+        const bool is_unseen = !is_kept && automation::Is_Unseen(unit);
         if (!is_unseen && escaped.find(unit) == automation::String_View::npos) {
             plain += unit;
             continue;

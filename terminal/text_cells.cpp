@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <wchar.h>
 
+#include "automation/text.h"
+
 namespace terminal {
 
 namespace {
@@ -14,6 +16,13 @@ wchar_t Character_At(String_View text, std::size_t at) {
         (unit & 0xFC00U) == 0xD800 && at + 1 < text.size() && (text[at + 1] & 0xFC00U) == 0xDC00;
     return pair ? static_cast<wchar_t>(0x10000 + ((unit & 0x3FF) << 10) + (text[at + 1] & 0x3FF))
                 : static_cast<wchar_t>(unit);
+}
+
+// Not what would hide or turn what stands beside it; joiners only change how their neighbours look.
+bool Is_Harmless(wchar_t character) {
+    constexpr wchar_t non_joiner = 0x200C, joiner = 0x200D;
+    return character == non_joiner || character == joiner ||
+           !automation::Is_Unseen(static_cast<char32_t>(character));
 }
 
 wchar_t Replacement() {
@@ -34,7 +43,7 @@ std::vector<Cluster> Clusters(String_View text) {
     for (std::size_t at = 0; at < text.size();) {
         const wchar_t character = Character_At(text, at);
         const std::size_t length = character > 0xFFFF ? 2 : 1;
-        const int width = character == 0 ? -1 : wcwidth(character);
+        const int width = Is_Harmless(character) ? wcwidth(character) : -1;
         if (width == 0 && !clusters.empty()) {
             Cluster& base = clusters.back();
             base.Length += length;

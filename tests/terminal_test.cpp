@@ -224,7 +224,9 @@ TEST(Terminal, A_Key_Is_The_Same_Event_As_In_A_Window) {
           {"\r", ""}},
          "hello||||9"},
         {{{"日é\U0001F600e\u0301", "日é"}, {"\033OD\033[3~\x7F\r", ""}}, "日é||||7"}, // whole characters go
-        {{{"\033[200~1e3\r\n\033[201~", "1e3"}, {"\r", ""}}, "1e3||||1"},             // a paste is one edit
+        // What would turn or hide text is marked, and kept.
+        {{{"\033[200~a\u202Eb\033[201~", "[a\uFFFDb"}, {"\r", ""}}, "a\u202Eb||||1"},
+        {{{"\033[200~1e3\r\n\033[201~", "1e3"}, {"\r", ""}}, "1e3||||1"}, // a paste is one edit
         {{{"\t", "F4"}, {"\033[1;3B", "1/32767"}, {"node 32000", "Node 32000"}, {"\r\r", ""}},
          "|Node 32000|||0"},
         {{{"\tn", "Node 10"}, {"\033", "( ) FULL"}, {"\033[B\r", ""}}, "|Node 1|||0"},

@@ -1,6 +1,8 @@
 #include "automation/text.h"
 
+#include <algorithm>
 #include <cstring>
+#include <iterator>
 
 namespace automation {
 
@@ -151,6 +153,19 @@ std::string To_UTF8(String_View text) {
         Append_UTF8(utf8, point);
     }
     return utf8;
+}
+
+bool Is_Unseen(char32_t character) {
+    struct Range {
+        char32_t First, Last;
+    };
+    // Controls, what joins or turns text, line separators, tags and the first half of their pairs.
+    constexpr Range unseen[] = {{0, 0x1F},        {0x7F, 0x9F},     {0xAD, 0xAD},     {0x61C, 0x61C},
+                                {0x180E, 0x180E}, {0x200B, 0x200F}, {0x2028, 0x202E}, {0x2060, 0x206F},
+                                {0xDB40, 0xDB40}, {0xFEFF, 0xFEFF}, {0xFFF9, 0xFFFB}, {0xE0000, 0xE0FFF}};
+    return std::any_of(std::begin(unseen), std::end(unseen), [character](const Range& range) {
+        return character >= range.First && character <= range.Last;
+    });
 }
 
 bool Is_Well_Formed(String_View text) {

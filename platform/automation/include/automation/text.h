@@ -24,6 +24,10 @@ std::string To_UTF8(String_View text);
 // False when a surrogate stands without its partner.
 bool Is_Well_Formed(String_View text);
 
+// Whether a person sees nothing of the character, but what it does: it moves the cursor, hides, turns or
+// joins text, or is the first half of such a pair.
+bool Is_Unseen(char32_t character);
+
 // Only the space character counts, as everywhere in the editor's fields.
 String Without_Trailing_Spaces(String_View text);
 String Without_Leading_Spaces(String_View text);
