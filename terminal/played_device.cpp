@@ -1,5 +1,6 @@
 #include "played_device.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <fcntl.h>
 #include <sys/ioctl.h>
@@ -13,6 +14,15 @@ namespace {
 
 int Opened(const char* path, int flags) {
     return path ? ::open(path, flags | O_NOCTTY | O_CLOEXEC) : -1;
+}
+
+// Whole characters.
+std::size_t Length_Of_Part(const std::string& key) {
+    constexpr std::size_t most = 1000;
+    std::size_t length = std::min(key.size(), most);
+    while (length > 1 && length < key.size() && (static_cast<unsigned char>(key[length]) & 0xC0U) == 0x80)
+        --length;
+    return length;
 }
 
 } // namespace
@@ -47,10 +57,14 @@ void Played_Device::Shown() {
 void Played_Device::Input_Is_Awaited() {
     if (waiting.empty())
         throw Cannot_Show("The dialog waits for a key, and nobody presses one");
-    const std::string key = waiting.front();
-    waiting.pop_front();
-    if (::write(master, key.data(), key.size()) != static_cast<ssize_t>(key.size()))
+    // A long paste goes in parts, for a terminal holds some thousand bytes.
+    std::string& key = waiting.front();
+    const std::size_t part = Length_Of_Part(key);
+    if (::write(master, key.data(), part) != static_cast<ssize_t>(part))
         throw Cannot_Show("The pseudo-terminal takes no more keys");
+    key.erase(0, part);
+    if (key.empty())
+        waiting.pop_front();
 }
 
 } // namespace terminal

@@ -185,4 +185,18 @@ TEST_F(Hostile_Surroundings, Each_Message_Names_What_Is_Missing) {
     Says(Run({"play", "-", "--appdata", "@/\xFF"}), 2, "not UTF-8");
 }
 
+// More than a terminal holds at once.
+TEST_F(Hostile_Surroundings, A_Long_Paste_Is_One_Edit_In_A_Terminal_Too) {
+    std::string text;
+    for (int character = 0; character < 16'000; ++character)
+        text += "\u00fc";
+    const std::string script = "shown 1 1 3\npaste txtDescription " + text +
+                               "\nshow txtDescription\npaste cmbHookFlash " + text +
+                               "\nshow cmbHookFlash\nclose\n";
+    const Outcome bare = Run({"play", "-"}, "", script),
+                  terminal = Run({"play", "-", "--terminal"}, "", script);
+    EXPECT_EQ(bare.Status, 0) << bare.Errors;
+    EXPECT_EQ(terminal.Out, bare.Out);
+}
+
 } // namespace
