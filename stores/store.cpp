@@ -1,6 +1,5 @@
 #include "stores/store.h"
 
-#include "automation/apartment.h"
 #include "sample.h"
 #include "schema.h"
 #include "session.h"
@@ -125,7 +124,7 @@ std::unique_ptr<Connection> Store::Spare_Connection() {
 }
 
 std::shared_ptr<Session> Store::Session_Here() {
-    const std::uint64_t thread = automation::This_Thread();
+    const std::uint64_t thread = Automation_This_Thread();
     {
         const std::lock_guard hold(lock);
         std::erase_if(sessions, [](const auto& entry) { return entry.second.expired(); });

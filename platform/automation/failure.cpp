@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cstring>
 
 #include "automation/number.h"
@@ -85,6 +86,12 @@ std::int32_t Automation_Take_Error(Automation_Error* error) noexcept {
     const bool was_set = thread_error.Is_Set;
     *error = thread_error.Take();
     return was_set ? 1 : 0;
+}
+
+std::uint64_t Automation_This_Thread() noexcept {
+    static std::atomic<std::uint64_t> last{0};
+    thread_local const std::uint64_t number = ++last;
+    return number;
 }
 
 Automation_Block* Automation_Describe(std::int32_t number) noexcept {

@@ -145,6 +145,9 @@ Automation_Convert(Automation_Variant* to, const Automation_Variant* from, uint1
 AUTOMATION_API(void) Automation_Set_Error(Automation_Error* error) AUTOMATION_NOEXCEPT;
 /* Gives it out and empties it; 0, and an empty `error`, when there is none. Free its three texts. */
 AUTOMATION_API(int32_t) Automation_Take_Error(Automation_Error* error) AUTOMATION_NOEXCEPT;
+/* The number of the calling thread. No other thread of the process ever has it, unlike the system's
+ * identifiers. */
+AUTOMATION_API(uint64_t) Automation_This_Thread(void) AUTOMATION_NOEXCEPT;
 /* The platform's text of a run-time number. */
 AUTOMATION_API(Automation_Block*) Automation_Describe(int32_t number) AUTOMATION_NOEXCEPT;
 
