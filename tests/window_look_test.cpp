@@ -153,7 +153,8 @@ public:
     void Edit_Nth_Node(Integer) override {}
     bool Changes_Verified() override { return true; }
     bool Save_Changes() override { return true; }
-    void Handle_Error(String_View, String_View procedure, Long, String_View text, dialog::Object_Index) override {
+    void Handle_Error(String_View, String_View procedure, Long, String_View text,
+                      dialog::Object_Index) override {
         ADD_FAILURE() << automation::To_UTF8(procedure) << ": " << automation::To_UTF8(text);
     }
 
