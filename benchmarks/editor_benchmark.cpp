@@ -223,7 +223,7 @@ BENCHMARK(Plain_Pipeline)->Apply(Of_Partitions)->UseManualTime();
 
 int main(int count, char** arguments) {
     benchmark::Initialize(&count, arguments);
-    const auto display = window::Create_Qt_Display(count, arguments);
+    const auto display = window::Create_Qt_Display({"style-node"});
     toolkit::Set_Display(display.get());
     benchmark::RunSpecifiedBenchmarks();
     toolkit::Discard_All_Forms();

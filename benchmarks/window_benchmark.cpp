@@ -187,7 +187,7 @@ bool With_Nodes(Stage& stage, int nodes) {
 } // namespace
 
 int main(int argc, char** argv) {
-    const auto display = window::Create_Qt_Display(argc, argv);
+    const auto display = window::Create_Qt_Display({"style-node"});
     std::ostringstream unseen;
     host::Transcript transcript(unseen);
     Stage stage(*display, transcript);

@@ -115,7 +115,7 @@ protected:
     Window_Test() {
         if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
             qputenv("QT_QPA_PLATFORM", "offscreen");
-        display = window::Create_Qt_Display(argument_count, arguments);
+        display = window::Create_Qt_Display({"style-node"});
         toolkit::Set_Display(display.get());
         form = std::make_shared<Small_Form>();
         form->Take_Log();
@@ -176,9 +176,6 @@ protected:
 
     using Log = std::vector<std::string>;
 
-    int argument_count = 1;
-    char program[12] = "window_test";
-    char* arguments[2] = {program, nullptr};
     std::unique_ptr<toolkit::Display> display;
     std::shared_ptr<Small_Form> form;
 };

@@ -1,6 +1,8 @@
 #include "window_fixture.h"
 
+#include <QDir>
 #include <QImage>
+#include <QLibraryInfo>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QRadioButton>
@@ -105,7 +107,55 @@ TEST_F(Window_Test, Pending_Messages_Are_Processed_In_The_Middle_Of_A_Handler) {
     EXPECT_TRUE(came);
 }
 
+// Both stand in the queue when the first of them is delivered.
+TEST_F(Window_Test, What_Was_Posted_Before_A_Handler_Is_Processed_In_It) {
+    bool came = false;
+    While_Up([&] {
+        const auto later = [](const std::function<void()>& what) {
+            QMetaObject::invokeMethod(qApp, what, Qt::QueuedConnection);
+        };
+        later([&] {
+            display->Process_Pending_Messages();
+            EXPECT_TRUE(came);
+        });
+        later([&] { came = true; });
+        QTest::qWait(1);
+    });
+    EXPECT_TRUE(came);
+}
+
 // Message boxes
+
+TEST_F(Window_Test, A_Click_Goes_On_After_The_Question_That_Leaving_A_Field_Asks) {
+    const toolkit::Message question{true, 1, u"Save?", 1, 3, 0, u"Question"};
+    form->On["txtName_LostFocus"] = [&] { toolkit::Show_Message(question); };
+    const std::pair<toolkit::Control*, const char*> cases[] = {{&form->optTwo, "optTwo_Click"},
+                                                               {&form->cmdOther, "cmdOther_Click"}};
+    While_Up([&] {
+        for (const auto& [control, event] : cases) {
+            Dialog().activateWindow(); // as a window manager would
+            EXPECT_TRUE(QTest::qWaitForWindowActive(&Dialog()));
+            QTest::mouseClick(&The(form->txtName), Qt::LeftButton);
+            form->Take_Log();
+            Answer_With([](QDialog& box) { box.reject(); });
+            Click(*control);
+            EXPECT_EQ(form->Take_Log(), (Log{"txtName_LostFocus", event}));
+            EXPECT_EQ(form->Focused(), control);
+            EXPECT_FALSE(qobject_cast<QAbstractButton*>(&The(*control))->isDown()) << event;
+        }
+    });
+}
+
+TEST_F(Window_Test, A_Press_That_Ends_Elsewhere_Moves_The_Focus_Only) {
+    While_Up([&] {
+        QTest::mousePress(&The(form->cmdOther), Qt::LeftButton, {}, {8, 8});
+        EXPECT_EQ(form->Focused(), &form->txtName);
+        QTest::mouseMove(&The(form->cmdOther), {200, 200});
+        QTest::mouseRelease(&The(form->cmdOther), Qt::LeftButton, {}, {200, 200});
+        EXPECT_EQ(form->Take_Log(), (Log{"txtName_LostFocus"}));
+        EXPECT_EQ(form->Focused(), &form->cmdOther);
+    });
+}
 
 TEST_F(Window_Test, Message_Boxes_Look_And_Answer_As_Asked) {
     struct Case {
@@ -192,7 +242,7 @@ TEST(Window_Start, Uses_The_Application_Of_The_Host) {
     char name[] = "host";
     char* arguments[] = {name, nullptr};
     QApplication host(count, arguments);
-    window::Create_Qt_Display(count, arguments).reset();
+    window::Create_Qt_Display({"style-node"}).reset();
     EXPECT_EQ(QCoreApplication::instance(), &host);
 }
 
@@ -201,8 +251,9 @@ TEST(Window_Start, Says_In_One_Line_What_Is_Missing) {
         const char* Platform; // null: not set
         const char* X_Display;
         const char* Message;
+        const char* Wayland_Display = nullptr;
     };
-    const Case cases[] = {
+    std::vector<Case> cases{
         {nullptr, nullptr,
          "^There is no display: DISPLAY is not set and WAYLAND_DISPLAY is not set, .*offscreen.*$"},
         {nullptr, ":29931", "^There is no display: DISPLAY is :29931 and .*$"},
@@ -210,18 +261,22 @@ TEST(Window_Start, Says_In_One_Line_What_Is_Missing) {
         {"no-such-thing", ":0", "^There is no display: QT_QPA_PLATFORM is no-such-thing, .*$"},
         {"wayland;xcb", ":29931", "^There is no display: QT_QPA_PLATFORM is wayland;xcb, .*$"},
     };
+    const QDir plugins(QLibraryInfo::path(QLibraryInfo::PluginsPath) + "/platforms");
+    if (plugins.entryList({"*wayland*"}).isEmpty()) {
+        const char* const missing =
+            "^There is no display: Qt's plug-in .* wayland .*the package qt6-wayland$";
+        cases.push_back({"wayland", nullptr, missing});
+        cases.push_back({nullptr, ":29931", missing, "wayland-0"});
+    }
     const auto set = [](const char* variable, const char* value) {
         value ? setenv(variable, value, 1) : unsetenv(variable);
     };
     const auto start = [&](const Case& row) {
         set("QT_QPA_PLATFORM", row.Platform);
         set("DISPLAY", row.X_Display);
-        set("WAYLAND_DISPLAY", nullptr);
-        int count = 1;
-        char name[] = "host";
-        char* arguments[] = {name, nullptr};
+        set("WAYLAND_DISPLAY", row.Wayland_Display);
         try {
-            window::Create_Qt_Display(count, arguments);
+            window::Create_Qt_Display({"style-node"});
         } catch (const window::Cannot_Show& error) {
             std::fprintf(stderr, "%s", error.what());
             std::_Exit(3);

@@ -95,6 +95,9 @@ TEST(Displayed_Player, Does_What_The_Bare_Controls_Do) {
         "key Tab\nshow form\nkey Tab\nshow form\nfocus cmdOK\nkey Tab\nshow form\nfocus cmbNode\nkey Enter\n",
         // the form goes in the middle of a command
         "paste txtDescription New\nanswer cancel\nkey Escape\nshow form\nanswer save\nclose\nshow form\n",
+        // leaving the field asks, and the click that did so goes on
+        "click optPartial\npaste cmbBusyOff -9e9\nanswer cancel\nclick optBlind\nshow\n"
+        "answer cancel\nclick cmdNext\nshow\nanswer cancel\npick cmbNode 1\nshow\n",
         // answers that no button gives
         "paste txtDescription New\nanswer fail\nclick cmdNext\nshow\nanswer 77\nclick cmdNext\nshow\n"
         "answer ok\nclick cmdLast\nanswer discard\nclick cmdFirst\nshow\nclick cmdPrevious\nclick cmdNext\n",

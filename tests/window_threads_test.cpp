@@ -111,6 +111,48 @@ TEST_F(Own_Qt_Thread_Test, Handlers_May_Do_Anything) {
     }
 }
 
+TEST_F(Own_Qt_Thread_Test, A_Click_Goes_On_After_The_Question_That_Leaving_A_Field_Asks) {
+    Form_Thread thread(u"Form", [](Small_Form& form) {
+        form.On["txtName_LostFocus"] = [] { toolkit::Show_Message(Question); };
+        form.On["cmdOther_Click"] = [&] { form.Hide(); };
+        form.Show_Modal();
+        EXPECT_EQ(form.Take_Log(), (std::vector<std::string>{"txtName_LostFocus", "cmdOther_Click"}));
+    });
+    With("Form", [](QDialog& dialog) { // the mouse is released under the box
+        auto& button = *dialog.findChild<QPushButton*>("cmdOther");
+        QTest::mousePress(&button, Qt::LeftButton, {}, {8, 8});
+        QTest::mouseRelease(&button, Qt::LeftButton, {}, {8, 8});
+        EXPECT_FALSE(button.isDown());
+    });
+    Answer("Question", QMessageBox::Cancel);
+    thread.Ends();
+}
+
+TEST_F(Own_Qt_Thread_Test, A_Handler_That_Takes_Long_Holds_Up_Its_Own_Window_Only) {
+    std::promise<void> at_work, done;
+    Form_Thread slow(u"Slow", [&](Small_Form& form) {
+        form.On["cmdOther_Click"] = [&] {
+            at_work.set_value();
+            EXPECT_EQ(done.get_future().wait_for(5s), std::future_status::ready);
+            form.Hide();
+        };
+        form.Show_Modal();
+    });
+    Form_Thread quick(u"Quick", [&](Small_Form&) {
+        at_work.get_future().wait();
+        const auto began = std::chrono::steady_clock::now();
+        for (int at = 0; at < 300; ++at)
+            EXPECT_GT(toolkit::Current_Display().Screen_Size().Width, 0);
+        EXPECT_LT(std::chrono::steady_clock::now() - began, 2s);
+        done.set_value();
+    });
+    With("Slow", [](QDialog& dialog) {
+        QTimer::singleShot(0, &dialog, [&dialog] { dialog.findChild<QPushButton*>("cmdOther")->click(); });
+    });
+    slow.Ends();
+    quick.Ends();
+}
+
 TEST_F(Own_Qt_Thread_Test, The_Window_Is_Painted_While_A_Handler_Takes_Long) {
     std::atomic<bool> painted = false;
     Form_Thread thread(u"Form", [&](Small_Form& form) {

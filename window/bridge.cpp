@@ -6,6 +6,8 @@
 #include <chrono>
 #include <utility>
 
+#include "event_turn.h"
+
 namespace window {
 
 namespace {
@@ -16,15 +18,30 @@ constexpr std::chrono::milliseconds Slow{100}; // from here on a person notices 
 
 // The form's thread
 
+// What is asked for lies on the stack.
+struct Bridge::Withdrawal {
+    Bridge& From;
+    Lock& Held;
+    Request* const Former;
+    ~Withdrawal() {
+        if (!Held.owns_lock())
+            Held.lock();
+        From.request = Former;
+        std::erase(asking, &From);
+    }
+};
+
 bool Bridge::Wait(const Work& work, const bool& done) {
     const Stay stay(*this);
     Request asked{work, done, nullptr};
     Lock lock(mutex);
     if (lost)
         return false;
-    request = &asked;
-    if (state == State::Free)
+    const Withdrawal at_end{*this, lock, std::exchange(request, &asked)};
+    if (state == State::Free) {
+        asking.push_back(this);
         QCoreApplication::postEvent(receiver, new QEvent(QEvent::User));
+    }
     for (;;) {
         Enter(State::Waits);
         changed.wait(lock, [this] { return state != State::Waits; });
@@ -84,13 +101,14 @@ void Bridge::Set_Receiver(QObject* object) {
 
 void Bridge::Serve() {
     Lock lock(mutex);
+    std::erase(asking, this);
     if (state == State::Waits && Fulfil(lock))
         Let_Run(lock);
 }
 
 void Bridge::Run(Work wanted) {
     Lock lock(mutex);
-    if (state != State::Waits)
+    if (!Waits_For_A_Person())
         return;
     job = std::move(wanted);
     Let_Run(lock);
@@ -110,11 +128,18 @@ void Bridge::Let_Run(Lock& lock) {
     } while (state == State::Waits && Fulfil(lock));
 }
 
-// Meanwhile the windows are painted; what a person does has to wait.
+// Meanwhile the other threads are served and the windows painted; what a person does has to wait.
 void Bridge::Await(Lock& lock) {
-    while (!changed.wait_for(lock, Slow, [this] { return state != State::Runs; })) {
+    for (;;) {
+        changed.wait_for(lock, Slow, [this] { return state != State::Runs || !asking.empty(); });
+        if (state != State::Runs)
+            return;
+        Bridge* const other = asking.empty() ? nullptr : asking.front();
         lock.unlock();
-        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+        if (other)
+            other->Serve();
+        else
+            Take_Turn();
         lock.lock();
     }
 }
@@ -140,7 +165,12 @@ bool Bridge::Fulfil(Lock& lock) {
 
 bool Bridge::May_Read() const {
     const Lock lock(mutex);
-    return state == State::Waits;
+    return Waits_For_A_Person();
+}
+
+// In a turn that Qt's thread takes meanwhile, a request may be waiting for Qt's thread in turn.
+bool Bridge::Waits_For_A_Person() const {
+    return state == State::Waits && !request;
 }
 
 void Bridge::Lose() {

@@ -15,6 +15,7 @@
 #include <exception>
 #include <functional>
 #include <mutex>
+#include <vector>
 
 namespace window {
 
@@ -49,7 +50,7 @@ public:
     void Run(Work job);
     // Has the form's thread look whether it still waits.
     void Continue();
-    // The form's thread stands still.
+    // The form's thread stands still, and not in the middle of what it does.
     bool May_Read() const;
     void Lose();
 
@@ -61,7 +62,9 @@ private:
         std::exception_ptr Failure;
     };
     using Lock = std::unique_lock<std::mutex>;
+    struct Withdrawal;
 
+    bool Waits_For_A_Person() const;
     void Enter(State next);
     void Run_Job(Lock& lock);
     void Leave();
@@ -69,8 +72,11 @@ private:
     void Await(Lock& lock);
     bool Fulfil(Lock& lock);
 
-    mutable std::mutex mutex;
-    std::condition_variable changed;
+    // Of all bridges, so that Qt's thread, while it waits for one, hears of the others. Never destroyed: a
+    // thread may still wait when the process ends.
+    static inline std::mutex& mutex = *new std::mutex;
+    static inline std::condition_variable& changed = *new std::condition_variable;
+    static inline std::vector<Bridge*>& asking = *new std::vector<Bridge*>; // whose form's threads were free
     State state = State::Free;
     bool lost = false;
     Request* request = nullptr; // of the form's thread, on its stack

@@ -6,6 +6,7 @@
 #include <optional>
 #include <utility>
 
+#include "event_turn.h"
 #include "geometry.h"
 #include "message_window.h"
 #include "qt_side.h"
@@ -61,7 +62,7 @@ public:
     void Run_Modal(toolkit::Form& form) override;
     void Process_Pending_Messages() override {
         if (!shown.empty()) // otherwise Qt's thread is about its own business
-            On_Qt([] { QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents); });
+            On_Qt([] { Take_Turn(); });
     }
     automation::Long Show_Message(const toolkit::Message& message) override;
 
@@ -100,6 +101,8 @@ private:
     void Deliver();
 
     void Let_Play(toolkit::Form& form, Form_Window& window);
+    bool Show(toolkit::Form& form);
+    void Drop_Window();
 
     std::shared_ptr<Gui_Thread> gui;
     toolkit::Player* const player; // null: a person
@@ -133,11 +136,22 @@ void Bridged_Display::Deliver() {
 
 void Bridged_Display::Run_Modal(toolkit::Form& form) {
     const Bridge::Stay stay(*bridge); // until the window has let go of the form
+    shown.push_back({&form, nullptr});
     struct Showing {
         std::vector<Shown_Form>& Stack;
         ~Showing() { Stack.pop_back(); }
-    } guard{shown};
-    shown.push_back({&form, nullptr});
+    } const guard{shown};
+    try {
+        if (!Show(form))
+            throw Application_Ended();
+    } catch (...) {
+        Drop_Window();
+        throw;
+    }
+}
+
+// False when the application has ended.
+bool Bridged_Display::Show(toolkit::Form& form) {
     bool over = false;
     const auto open = [&, busy = Is_Busy()] {
         Deliver();
@@ -148,8 +162,19 @@ void Bridged_Display::Run_Modal(toolkit::Form& form) {
         if (player)
             Let_Play(form, window);
     };
-    if (!bridge->Wait(open, over) || !On_Qt([this] { side->Close(); }))
-        throw Application_Ended();
+    const auto close = [this] {
+        shown.back().Window = nullptr;
+        side->Close();
+    };
+    return bridge->Wait(open, over) && On_Qt(close);
+}
+
+// A window that could not be opened, or waited for, to the end refers to what is gone.
+void Bridged_Display::Drop_Window() {
+    Form_Window* const window = std::exchange(shown.back().Window, nullptr);
+    std::erase_if(changes, [window](const Change& change) { return change.Window == window; });
+    if (window)
+        bridge->Call([this] { side->Drop(); });
 }
 
 // To the window it all is one verb, with the input that it brings about nested in it.
@@ -186,7 +211,12 @@ automation::Long Bridged_Display::Show_Message(const toolkit::Message& message) 
         if (played)
             Click_Button_Soon(Button_Of(box, *played));
     };
-    bridge->Wait(put, answered);
+    try {
+        bridge->Wait(put, answered);
+    } catch (...) {
+        bridge->Call([this] { side->Drop_Box(); });
+        throw;
+    }
     return answer;
 }
 

@@ -1,5 +1,6 @@
 #include "form_window.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
@@ -54,7 +55,10 @@ public:
             return Focus_In(*widget, *view, *static_cast<QFocusEvent*>(event));
         if (event->type() == QEvent::KeyPress)
             return Pass_On(view, *static_cast<QKeyEvent*>(event));
-        return false;
+        if (event->type() == QEvent::MouseButtonRelease)
+            Mouse_Up(*widget, *view);
+        // The press that has brought a box up would go on beneath it.
+        return event->type() == QEvent::MouseButtonPress && window.asking;
     }
 
 protected:
@@ -83,8 +87,16 @@ private:
             QCoreApplication::sendEvent(&widget, &plain);
             return true;
         }
-        window.Focus_Came(view);
+        // A click is one verb, which moves the focus itself: it goes on when the move brings a box up.
+        if (reason != Qt::MouseFocusReason || !qobject_cast<QAbstractButton*>(&widget))
+            window.Focus_Came(view);
         return false;
+    }
+    // Away from the button that was pressed it is no click.
+    void Mouse_Up(const QObject& widget, Control_View& view) {
+        const auto* button = qobject_cast<const QAbstractButton*>(&widget);
+        if (button && !button->isDown() && focusWidget() == button)
+            window.Focus_Came(view);
     }
     bool Pass_On(Control_View* view, const QKeyEvent& event) {
         const auto modifiers = event.modifiers() & ~Qt::KeyboardModifiers(Qt::KeypadModifier);
@@ -198,6 +210,7 @@ void Form_Window::Detach() {
         view->Detach();
     dialog->hide();
     Over();
+    when_over = nullptr;
 }
 
 void Form_Window::Over() {
@@ -273,17 +286,32 @@ void Form_Window::Open(std::function<void()> tell_over) {
     dialog->activateWindow();
 }
 
-void Form_Window::Close() {
+void Form_Window::Put_Away() {
     when_over = nullptr;
     dialog->hide();
+}
+
+void Form_Window::Close() {
+    Put_Away();
     if (failure)
         std::rethrow_exception(std::exchange(failure, nullptr));
     if (form && form->Is_Visible())
         throw Application_Ended();
 }
 
-void Form_Window::Perform(const std::function<void()>& verb) {
+bool Form_Window::Takes_Input() {
     if (!form || showing || failure || !May_Read())
+        return false;
+    if (!asking)
+        return true;
+    for (const auto& view : views) // one of the widgets has been used all the same
+        view->Touch();
+    Changed();
+    return false;
+}
+
+void Form_Window::Perform(const std::function<void()>& verb) {
+    if (!Takes_Input())
         return;
     changed = true;
     const auto keeping = [verb, form = form] {

@@ -49,8 +49,13 @@ public:
     // Takes input until the form is hidden or gone, or a handler has thrown; `when_over` is told, perhaps
     // more than once.
     void Open(std::function<void()> when_over);
-    // Takes no more input. Throws what a handler threw.
+    // Takes no more input, and tells nobody any more.
+    void Put_Away();
+    // The same; throws what a handler threw.
     void Close();
+
+    // While a message box is up over the dialog, nothing else is done to the form.
+    void Set_Asking(bool now) { asking = now; }
 
     void Perform(const std::function<void()>& verb) override;
     bool May_Read() const override { return runner.May_Read(); }
@@ -59,6 +64,7 @@ public:
 private:
     class Form_Dialog;
 
+    bool Takes_Input();
     void Create_Views();
     Control_View& View_In(toolkit::Control& control);
     void Set_Tab_Order();
@@ -86,6 +92,7 @@ private:
     bool changed = true;
     QTimer at_next_turn; // of the event loop
     bool showing = false;
+    bool asking = false;
     std::function<void()> when_over;
     std::exception_ptr failure;
     std::unique_ptr<Form_Dialog> dialog; // last: the widgets go before what they look at

@@ -4,10 +4,10 @@
 
 #include <unistd.h>
 
-#include <atomic>
 #include <cerrno>
 #include <condition_variable>
 #include <csignal>
+#include <functional>
 #include <thread>
 #include <utility>
 
@@ -19,12 +19,21 @@ namespace window {
 
 namespace {
 
-std::atomic<bool> stranded = false;
+// Between the threads; never destroyed, because one of them waits to the end of the process.
+std::mutex& guarding = *new std::mutex;
+std::condition_variable& changed = *new std::condition_variable;
+bool stranded = false;
+
+using Lock = std::unique_lock<std::mutex>;
 
 // Qt ends the process when its display goes away. The host is to live on: its threads are told, and the one
 // that would end it stops for good.
 [[noreturn]] void Strand() {
-    stranded = true;
+    {
+        const Lock lock(guarding);
+        stranded = true;
+        changed.notify_all();
+    }
     Lose_All();
     for (;;)
         pause();
@@ -57,11 +66,14 @@ private:
     static inline QtMessageHandler former = nullptr;
 };
 
-// The host's threads take the host's signals.
+// The host's threads take the host's signals, but for what this thread itself runs into: the host may have a
+// handler that reports a crash.
 void Block_Signals() {
-    sigset_t all;
-    sigfillset(&all);
-    pthread_sigmask(SIG_BLOCK, &all, nullptr);
+    sigset_t blocked;
+    sigfillset(&blocked);
+    for (const int own : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT, SIGTRAP, SIGSYS})
+        sigdelset(&blocked, own);
+    pthread_sigmask(SIG_BLOCK, &blocked, nullptr);
 }
 
 // On its own thread, when it gets there.
@@ -82,11 +94,11 @@ public:
     Kept_Thread(const Kept_Thread&) = delete;
     Kept_Thread& operator=(const Kept_Thread&) = delete;
 
-    std::future<void> Start(std::function<void()> what) {
-        const std::lock_guard lock(mutex);
-        job = std::packaged_task<void()>(std::move(what));
+    // `what` throws nothing.
+    void Start(std::function<void()> what) {
+        const Lock lock(guarding);
+        job = std::move(what);
         changed.notify_all();
-        return job.get_future();
     }
 
 private:
@@ -95,17 +107,15 @@ private:
     }
     [[noreturn]] void Run();
 
-    std::mutex mutex;
-    std::condition_variable changed;
-    std::packaged_task<void()> job;
+    std::function<void()> job;
 };
 
 void Kept_Thread::Run() {
     Block_Signals();
-    std::unique_lock lock(mutex);
+    Lock lock(guarding);
     for (;;) {
-        changed.wait(lock, [this] { return job.valid(); });
-        auto now = std::exchange(job, {});
+        changed.wait(lock, [this] { return job != nullptr; });
+        const auto now = std::exchange(job, nullptr);
         lock.unlock();
         now();
         lock.lock();
@@ -116,57 +126,62 @@ void Kept_Thread::Run() {
 
 Gui_Thread::Gui_Thread() {
     Require_Display();
-    std::promise<void> started;
-    ended = Kept_Thread::The().Start([this, &started] { Run(started); });
-    try {
-        started.get_future().get();
-    } catch (...) {
-        ended.wait();
-        throw;
+    Kept_Thread::The().Start([this] { Run(); });
+    {
+        Lock lock(guarding);
+        changed.wait(lock, [this] { return stage != Stage::Starts || stranded; });
     }
+    Require_Display();
+    if (failure)
+        std::rethrow_exception(failure);
 }
 
-void Gui_Thread::Run(std::promise<void>& started) {
+void Gui_Thread::Run() {
     try {
-        int count = 1;
-        char* names[] = {program_invocation_name, nullptr};
         const Listener listener;
-        const auto own = Create_Application(count, names);
+        const auto own = Create_Application({program_invocation_name});
         QApplication::setQuitOnLastWindowClosed(false);
-        Set_Application(own.get());
-        started.set_value(); // and is gone
+        QObject::connect(own.get(), &QCoreApplication::aboutToQuit, own.get(), [this] { Set(Stage::Ends); });
+        application = own.get();
+        Set(Stage::Runs);
         QApplication::exec();
-        Set_Application(nullptr);
+        Set(Stage::Ends);
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    } catch (...) { // before it started: exec throws nothing
-        started.set_exception(std::current_exception());
+    } catch (...) {
+        failure = std::current_exception(); // which nobody hears of who has seen it run
     }
+    Set(Stage::Has_Ended);
 }
 
 void Gui_Thread::Require_Display() {
+    const Lock lock(guarding);
     if (stranded)
         throw Cannot_Show("There is no display: it went away; start the program anew to use another");
 }
 
 Gui_Thread::~Gui_Thread() {
-    if (stranded)
-        return;
     {
-        const std::lock_guard lock(mutex);
-        if (application)
+        const Lock lock(guarding);
+        if (stage == Stage::Runs && !stranded)
             Exit(*application);
     }
-    ended.wait();
+    Await_End();
 }
 
-void Gui_Thread::Set_Application(QCoreApplication* now) {
-    const std::lock_guard lock(mutex);
-    application = now;
+void Gui_Thread::Await_End() {
+    Lock lock(guarding);
+    changed.wait(lock, [this] { return stage == Stage::Has_Ended || stranded; });
+}
+
+void Gui_Thread::Set(Stage now) {
+    const Lock lock(guarding);
+    stage = now;
+    changed.notify_all();
 }
 
 bool Gui_Thread::Is_Running() const {
-    const std::lock_guard lock(mutex);
-    return application != nullptr;
+    const Lock lock(guarding);
+    return stage == Stage::Runs && !stranded;
 }
 
 } // namespace window

@@ -1,7 +1,7 @@
 // A thread of our own for Qt, for a process that has no Qt application.
 #pragma once
 
-#include <future>
+#include <exception>
 #include <mutex>
 
 class QCoreApplication;
@@ -23,16 +23,20 @@ public:
     // Throws Cannot_Show once the display has gone away under one: Qt cannot use another in this process.
     static void Require_Display();
 
-    // False when somebody else has ended the application.
+    // False once the application ends, on whoever's wish.
     bool Is_Running() const;
+    // Waits for the end of an application that is not running any more.
+    void Await_End();
 
 private:
-    void Run(std::promise<void>& started);
-    void Set_Application(QCoreApplication* now);
+    enum class Stage { Starts, Runs, Ends, Has_Ended };
 
-    mutable std::mutex mutex;
-    QCoreApplication* application = nullptr;
-    std::future<void> ended;
+    void Run();
+    void Set(Stage now);
+
+    Stage stage = Stage::Starts;
+    QCoreApplication* application = nullptr; // while it runs
+    std::exception_ptr failure;              // why it did not start
 };
 
 } // namespace window

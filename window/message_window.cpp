@@ -4,6 +4,8 @@
 #include <QPointer>
 #include <QPushButton>
 
+#include <memory>
+
 #include "design_font.h"
 #include "geometry.h"
 #include "qt_text.h"
@@ -44,8 +46,8 @@ automation::Long Answer_Of(const toolkit::Message& message, int button) {
     }
 }
 
-QMessageBox* Create_Box(const toolkit::Message& message, QWidget* over) {
-    auto* const box = new QMessageBox(over); // it goes with the dialog, if that goes first
+std::unique_ptr<QMessageBox> Create_Box(const toolkit::Message& message, QWidget* over) {
+    auto box = std::make_unique<QMessageBox>(over); // it goes with the dialog, if that goes first
     box->setFont(Stand_In({}, User_Scale()));
     box->setTextFormat(Qt::PlainText);
     box->setText(To_Qt(message.Text));
@@ -72,7 +74,7 @@ QWidget& Button_Of(const QMessageBox& box, automation::Long answer) {
 }
 
 automation::Long Ask(const toolkit::Message& message, QWidget* over) {
-    const QPointer box = Create_Box(message, over);
+    const QPointer box = Create_Box(message, over).release();
     const int button = box->exec();
     delete box;
     return Answer_Of(message, button);
@@ -80,13 +82,14 @@ automation::Long Ask(const toolkit::Message& message, QWidget* over) {
 
 QMessageBox& Put(const toolkit::Message& message, QWidget* over,
                  const std::function<void(automation::Long)>& answered) {
-    auto* const box = Create_Box(message, over);
-    QObject::connect(box, &QDialog::finished, box, [message, box, answered](int button) {
-        box->deleteLater();
-        answered(Answer_Of(message, button));
-    });
+    auto box = Create_Box(message, over);
+    QObject::connect(box.get(), &QDialog::finished, box.get(),
+                     [message, shown = box.get(), answered](int button) {
+                         shown->deleteLater();
+                         answered(Answer_Of(message, button));
+                     });
     box->open(); // blocks the dialog that it belongs to, and no other
-    return *box;
+    return *box.release();
 }
 
 } // namespace window

@@ -61,6 +61,27 @@ QString No_Server() {
         .arg(Value_Of("DISPLAY"), Value_Of("WAYLAND_DISPLAY"));
 }
 
+// For a session, or a wish, that Qt has no plug-in for: which package brings it. Empty when it is something
+// else.
+QString Missing_Plug_In(const QString& wanted, const QStringList& installed) {
+    struct Known {
+        QString Platform, Package;
+        const char* Session;
+    };
+    const Known known[] = {{QStringLiteral("wayland"), QStringLiteral("qt6-wayland"), "WAYLAND_DISPLAY"},
+                           {QStringLiteral("xcb"), QStringLiteral("libqt6gui6"), "DISPLAY"}};
+    for (const Known& one : known) {
+        const bool asked = wanted.isEmpty()
+                               ? !qEnvironmentVariableIsEmpty(one.Session)
+                               : wanted.section(QLatin1Char(':'), 0, 0).toLower() == one.Platform;
+        if (asked && !installed.contains(one.Platform))
+            return QStringLiteral("There is no display: Qt's plug-in for the platform %1 is missing; "
+                                  "install the package %2")
+                .arg(one.Platform, one.Package);
+    }
+    return {};
+}
+
 QString Not_Working(const QString& platform) {
     return QStringLiteral(
                "There is no display: QT_QPA_PLATFORM is %1, which does not work here; unset it, or set it "
@@ -72,20 +93,19 @@ QString Not_Working(const QString& platform) {
 
 // `name` may carry parameters: "offscreen:enable_fonts".
 bool Platform_Check::Works(const QString& name, const QStringList& installed) {
-    const QString platform = name.section(QLatin1Char(':'), 0, 0).toLower();
-    if (!installed.contains(platform))
+    const QString kind = name.section(QLatin1Char(':'), 0, 0).toLower();
+    if (!installed.contains(kind))
         return false;
-    if (platform == QStringLiteral("xcb"))
+    if (kind == QStringLiteral("xcb"))
         connection = Reach_X_Server();
-    else if (platform.startsWith(QStringLiteral("wayland")))
+    else if (kind.startsWith(QStringLiteral("wayland")))
         connection = Reach_Wayland_Compositor();
     else
         return true; // needs no server
     return connection != nullptr;
 }
 
-QString Platform_Check::First_Working(const QStringList& names) {
-    const QStringList installed = Installed_Platforms();
+QString Platform_Check::First_Working(const QStringList& names, const QStringList& installed) {
     for (const QString& name : names)
         if (Works(name, installed))
             return name;
@@ -94,13 +114,15 @@ QString Platform_Check::First_Working(const QStringList& names) {
 
 Platform_Check::Platform_Check() {
     const QString wanted = qEnvironmentVariable("QT_QPA_PLATFORM");
-    const QString first =
-        First_Working(wanted.isEmpty() ? QStringList{QStringLiteral("xcb"), QStringLiteral("wayland")}
-                                       : wanted.split(QLatin1Char(';')));
-    if (first.isEmpty())
+    const QStringList installed = Installed_Platforms();
+    platform = First_Working(wanted.isEmpty() ? QStringList{QStringLiteral("xcb"), QStringLiteral("wayland")}
+                                              : wanted.split(QLatin1Char(';')),
+                             installed);
+    if (!platform.isEmpty())
+        return;
+    obstacle = Missing_Plug_In(wanted, installed);
+    if (obstacle.isEmpty())
         obstacle = wanted.isEmpty() ? No_Server() : Not_Working(wanted);
-    else if (wanted.isEmpty() && first != QStringLiteral("xcb")) // which is what Qt falls back to
-        qputenv("QT_QPA_PLATFORM", first.toLocal8Bit());
 }
 
 } // namespace window

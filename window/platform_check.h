@@ -9,20 +9,22 @@
 namespace window {
 
 // Make it before there is a Qt application, and keep it until there is one: an X server may start anew when
-// its last client leaves, and refuse the next one meanwhile. It may settle QT_QPA_PLATFORM, when that leaves
-// open what only one platform can do.
+// its last client leaves, and refuse the next one meanwhile.
 class Platform_Check {
 public:
     Platform_Check();
 
     // Why not, in one line that says what to do; empty when it can.
     const QString& Obstacle() const { return obstacle; }
+    // The platform to use, as Qt's option wants it: of QT_QPA_PLATFORM, or of this session, the first that
+    // works.
+    const QString& Platform() const { return platform; }
 
 private:
-    QString First_Working(const QStringList& names);
+    QString First_Working(const QStringList& names, const QStringList& installed);
     bool Works(const QString& name, const QStringList& installed);
 
-    QString obstacle;
+    QString obstacle, platform;
     std::shared_ptr<void> connection;
 };
 

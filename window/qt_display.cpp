@@ -6,6 +6,7 @@
 #include <unordered_map>
 
 #include "application.h"
+#include "event_turn.h"
 #include "form_window.h"
 #include "geometry.h"
 #include "message_window.h"
@@ -66,15 +67,18 @@ void Qt_Display::Form_Unloaded(toolkit::Form& form) {
 }
 
 void Qt_Display::Run_Modal(toolkit::Form& form) {
-    auto& slot = windows[&form];
-    if (!slot)
-        slot = std::make_shared<Form_Window>(form, runner);
-    const std::shared_ptr<Form_Window> window = slot;
+    auto found = windows.find(&form);
+    if (found == windows.end())
+        found = windows.emplace(&form, std::make_shared<Form_Window>(form, runner)).first;
+    const std::shared_ptr<Form_Window> window = found->second;
+    running.push_back(window.get());
     struct Running {
         std::vector<Form_Window*>& Stack;
-        ~Running() { Stack.pop_back(); }
-    } guard{running};
-    running.push_back(window.get());
+        ~Running() {
+            Stack.back()->Put_Away(); // it refers to what goes now
+            Stack.pop_back();
+        }
+    } const guard{running};
     Run(*window);
 }
 
@@ -92,12 +96,18 @@ void Qt_Display::Run(Form_Window& window) {
 
 // A second action of a person would run handlers inside the one that waits here.
 void Qt_Display::Process_Pending_Messages() {
-    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    Take_Turn();
 }
 
 automation::Long Qt_Display::Show_Message(const toolkit::Message& message) {
-    QWidget* const over = running.empty() ? QApplication::activeWindow() : &running.back()->Dialog();
-    return Ask(message, over);
+    if (running.empty())
+        return Ask(message, QApplication::activeWindow());
+    struct Asking {
+        Form_Window& Window;
+        ~Asking() { Window.Set_Asking(false); }
+    } const guard{*running.back()};
+    guard.Window.Set_Asking(true);
+    return Ask(message, &guard.Window.Dialog());
 }
 
 void Qt_Display::Pointer_Changed() {
@@ -108,10 +118,10 @@ void Qt_Display::Pointer_Changed() {
 
 } // namespace
 
-std::unique_ptr<toolkit::Display> Create_Qt_Display(int& argc, char** argv) {
+std::unique_ptr<toolkit::Display> Create_Qt_Display(const std::vector<std::string>& arguments) {
     QCoreApplication* const present = QCoreApplication::instance();
     if (!present)
-        return std::make_unique<Qt_Display>(Create_Application(argc, argv));
+        return std::make_unique<Qt_Display>(Create_Application(arguments));
     Require_Widgets(*present);
     if (present->thread() != QThread::currentThread())
         throw Cannot_Show(

@@ -7,6 +7,7 @@
 #include <mutex>
 #include <utility>
 
+#include "event_turn.h"
 #include "message_window.h"
 
 namespace window {
@@ -96,11 +97,34 @@ void Qt_Side::Close() {
     guard.Window.Close();
 }
 
+void Qt_Side::Drop() {
+    try {
+        if (!windows.empty())
+            Close();
+    } catch (...) { // what a handler threw is told by who drops the window
+    }
+}
+
 QMessageBox& Qt_Side::Ask(const toolkit::Message& message,
                           const std::function<void(automation::Long)>& answered) {
     boxes.erase(std::remove(boxes.begin(), boxes.end(), nullptr), boxes.end());
-    QWidget* const over = windows.empty() ? nullptr : &windows.back()->Dialog();
-    return *boxes.emplace_back(&Put(message, over, answered));
+    boxes.reserve(boxes.size() + 1);
+    Form_Window* const over = windows.empty() ? nullptr : windows.back().get();
+    if (over)
+        over->Set_Asking(true);
+    const auto told = [over, answered](automation::Long answer) {
+        if (over)
+            over->Set_Asking(false);
+        answered(answer);
+    };
+    return *boxes.emplace_back(&Put(message, over ? &over->Dialog() : nullptr, told));
+}
+
+void Qt_Side::Drop_Box() {
+    if (!boxes.empty())
+        delete boxes.back();
+    if (!windows.empty())
+        windows.back()->Set_Asking(false);
 }
 
 void Qt_Side::Show_Pointer(bool busy) {
@@ -108,7 +132,7 @@ void Qt_Side::Show_Pointer(bool busy) {
     for (const auto& window : windows)
         window->Pointer_Changed();
     if (busy) // what comes next may take long
-        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+        Take_Turn();
 }
 
 void Qt_Side::Lose() {

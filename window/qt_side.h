@@ -26,7 +26,11 @@ public:
     Form_Window& Add(toolkit::Form& form, Runner& runner);
     // Takes the window that was added last away. Throws what a handler threw.
     void Close();
+    // The same without a word of it, if the window is still there.
+    void Drop();
     QMessageBox& Ask(const toolkit::Message& message, const std::function<void(automation::Long)>& answered);
+    // Takes the box that was put last away, if it is still there.
+    void Drop_Box();
     // Of the form's thread; seen as long as that has a window.
     void Show_Pointer(bool busy);
 

@@ -6,19 +6,13 @@
 #include <QElapsedTimer>
 #include <QInputMethodEvent>
 #include <QLineEdit>
+#include <QMouseEvent>
 #include <QPointer>
 #include <QWindow>
 
+#include "event_turn.h"
 #include "looking.h"
 #include "qt_text.h"
-
-// Where Qt's own test library has its events come in.
-Q_GUI_EXPORT void qt_handleKeyEvent(QWindow* window, QEvent::Type type, int key,
-                                    Qt::KeyboardModifiers modifiers, const QString& text, bool repeats,
-                                    ushort count);
-Q_GUI_EXPORT void qt_handleMouseEvent(QWindow* window, const QPointF& local, const QPointF& global,
-                                      Qt::MouseButtons buttons, Qt::MouseButton button, QEvent::Type type,
-                                      Qt::KeyboardModifiers modifiers, int timestamp);
 
 namespace window {
 
@@ -29,18 +23,17 @@ using Refusal = toolkit::Hands::Refusal;
 namespace {
 
 void Key_Event(QEvent::Type type, int key, const QString& text) {
+    QKeyEvent event(type, key, Qt::NoModifier, text);
     if (QWindow* const focused = QGuiApplication::focusWindow())
-        qt_handleKeyEvent(focused, type, key, Qt::NoModifier, text, false, 1);
-    QCoreApplication::processEvents();
+        QCoreApplication::sendEvent(focused, &event);
+    Take_Turn(QEventLoop::AllEvents);
 }
 
 void Mouse_Event(QWindow& over, QPoint place, QEvent::Type type) {
-    static int now = 0;
-    now += type == QEvent::MouseButtonPress ? 1'000 : 10; // no two clicks are one double click
     const Qt::MouseButtons held = type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton;
-    qt_handleMouseEvent(&over, place, over.mapToGlobal(place), held, Qt::LeftButton, type, Qt::NoModifier,
-                        now);
-    QCoreApplication::processEvents();
+    QMouseEvent event(type, place, over.mapToGlobal(place), Qt::LeftButton, held, Qt::NoModifier);
+    QCoreApplication::sendEvent(&over, &event);
+    Take_Turn(QEventLoop::AllEvents);
 }
 
 QLineEdit* Line_Of(QWidget& widget) {
@@ -68,7 +61,7 @@ void Synthetic_Hands::Await_Activation() {
     constexpr int Long_Enough = 2000; // milliseconds
     QElapsedTimer waiting;
     waiting.start();
-    QCoreApplication::processEvents();
+    Take_Turn(QEventLoop::AllEvents);
     while (!inactive && window.Dialog().isVisible() && !QGuiApplication::focusWindow()) {
         window.Dialog().activateWindow();
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 10);
@@ -103,7 +96,7 @@ Refusal Synthetic_Hands::Do(const std::function<void()>& work) {
 toolkit::Seen_Control Synthetic_Hands::Look(const Control& control) {
     toolkit::Seen_Control seen = toolkit::Held_By(control);
     on_qt([&] {
-        QCoreApplication::processEvents(); // the widgets come up to date
+        Take_Turn(QEventLoop::AllEvents); // the widgets come up to date
         seen = Look_At(control, *window.Widget_Of(control), window.Scale());
     });
     return seen;
@@ -112,7 +105,7 @@ toolkit::Seen_Control Synthetic_Hands::Look(const Control& control) {
 toolkit::Seen_Form Synthetic_Hands::Look(const toolkit::Form& form) {
     toolkit::Seen_Form seen = toolkit::Held_By(form);
     on_qt([&] {
-        QCoreApplication::processEvents();
+        Take_Turn(QEventLoop::AllEvents);
         seen = Look_At(form, window.Dialog(), window.Scale());
     });
     return seen;

@@ -1,5 +1,4 @@
-// Hands that use a form's window as a person does: by key strokes and mouse clicks that come in where the
-// window system's own do.
+// Hands that use a form's window as a person does: by key strokes and mouse clicks that its window is sent.
 //
 // A verb runs on the form's thread and ends when everything that came of it has ended, boxes included. Each
 // press and each release is a hand-over of its own, because what a press does may wait for a person. Nothing

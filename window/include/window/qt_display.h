@@ -12,6 +12,7 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "toolkit/display.h"
 
@@ -22,11 +23,11 @@ struct Cannot_Show : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// Uses the process's Qt application, or creates one that lives as long as the Display; `argc` and `argv` must
-// then live as long. Throws Cannot_Show when there is no screen to show anything on, or when the Qt
-// application belongs to another thread. The caller installs the Display with toolkit::Set_Display, and
-// discards its forms before it destroys it.
-std::unique_ptr<toolkit::Display> Create_Qt_Display(int& argc, char** argv);
+// Uses the process's Qt application, or creates one that lives as long as the Display, with these arguments:
+// the program's name and Qt's own options. Throws Cannot_Show when there is no screen to show anything on, or
+// when the Qt application belongs to another thread. The caller installs the Display with
+// toolkit::Set_Display, and discards its forms before it destroys it.
+std::unique_ptr<toolkit::Display> Create_Qt_Display(const std::vector<std::string>& arguments);
 
 // Writes the form's client area, as a window shows it, to a PNG file. The form must be loaded, on whatever
 // Display, and the calling thread must have a Display of Create_Qt_Display or Open_Display. Throws
