@@ -115,11 +115,12 @@ private:
         const auto checker = automation::Bind<interfaces::Label_Checker>(
             automation::Create_Object(interfaces::Label_Checker::Class_Identity));
         Automation_Boolean allowed = AUTOMATION_FALSE;
-        automation::Check(checker->Is_Label_Allowed(Variant(asking->Text), allowed));
+        automation::Call(checker, &interfaces::Label_Checker::Is_Label_Allowed, Variant(asking->Text),
+                         allowed);
         if (!allowed)
             return u"no double quotes and no consecutive single quotes";
         Variant prepared;
-        automation::Check(checker->Prepare_Label(Variant(asking->Text), prepared));
+        automation::Call(checker, &interfaces::Label_Checker::Prepare_Label, Variant(asking->Text), prepared);
         answers.Labels[asking->Text] = prepared.To_Text();
         return {};
     }

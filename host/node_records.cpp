@@ -186,16 +186,16 @@ std::optional<std::size_t> Node::Type() const {
 
 Partition_Work::Partition_Work(Integer config, Integer partition, Access access)
     : records(automation::Create_Bound<Store_Records>(Store_Records::Program_Identity)) {
-    automation::Check(records->Begin(Variant(automation::Decimal_Text(config)),
-                                     Variant(automation::Decimal_Text(partition)),
-                                     access == Access::To_Write ? AUTOMATION_TRUE : AUTOMATION_FALSE));
+    automation::Call(records, &Store_Records::Begin, Variant(automation::Decimal_Text(config)),
+                     Variant(automation::Decimal_Text(partition)),
+                     access == Access::To_Write ? automation::True : automation::False);
 }
 
 Nodes Partition_Work::Read() const {
     Nodes nodes;
     for (std::size_t kind = 0; kind < Record_Kinds; ++kind) {
         Variant xml;
-        automation::Check(records->Read(static_cast<Long>(kind), xml));
+        automation::Call(records, &Store_Records::Read, static_cast<Long>(kind), xml);
         for (const auto rows = Opened(xml); !rows->At_End(); rows->Move_Next()) {
             const Long number = automation::To_Long(rows->Value(Long{0}).To_Text());
             if (kind != interfaces::Node_Record && !nodes.contains(number))
@@ -220,29 +220,29 @@ void Partition_Work::Write(const Node& before, const Node& after) const {
         if (old == wanted)
             continue;
         if (!wanted) {
-            automation::Check(records->Remove(number, after.Number));
+            automation::Call(records, &Store_Records::Remove, number, after.Number);
             continue;
         }
         for (std::size_t index = 0; index < wanted->size(); ++index) {
             const Stored& value = (*wanted)[index];
             if (old && value == (*old)[index])
                 continue;
-            automation::Check(records->Set(Variant(Wide(Value_Names(kind)[index].Name)),
-                                           value ? Variant(*value) : Variant::Null()));
+            automation::Call(records, &Store_Records::Set, Variant(Wide(Value_Names(kind)[index].Name)),
+                             value ? Variant(*value) : Variant::Null());
         }
-        automation::Check(old ? records->Write(number, after.Number) : records->Add(number, after.Number));
+        automation::Call(records, old ? &Store_Records::Write : &Store_Records::Add, number, after.Number);
     }
 }
 
 std::string Partition_Work::Keep() {
     automation::Text change;
-    automation::Check(records->End(AUTOMATION_TRUE, change));
+    automation::Call(records, &Store_Records::End, automation::True, change);
     return automation::To_UTF8(change.View());
 }
 
 std::string Partition_Work::Author_Of(const String& change) const {
     automation::Text author;
-    automation::Check(records->Describe_Change(Variant(change), author));
+    automation::Call(records, &Store_Records::Describe_Change, Variant(change), author);
     return automation::To_UTF8(author.View());
 }
 

@@ -10,7 +10,7 @@ void Painter::Paint(toolkit::Form& form) {
     try {
         if (!maker)
             maker = automation::Create_Bound<toolkit::Picture_Maker>(toolkit::Window_Identity);
-        automation::Check(maker->Save_Picture(form, path));
+        automation::Call(maker, &toolkit::Picture_Maker::Save_Picture, form, path);
     } catch (const automation::Failure& failure) {
         problem = automation::To_UTF8(failure.Reason.empty() ? failure.Description : failure.Reason);
     }

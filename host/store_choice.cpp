@@ -51,15 +51,15 @@ std::string How_To_Take_Back(const std::optional<std::string>& store, const std:
     if (!store)
         return command;
     automation::Text location;
-    automation::Check(automation::Create_Bound<Store_Keeper>(Store_Keeper::Program_Identity)
-                          ->Describe(Store_Location(store), location));
+    automation::Call(automation::Create_Bound<Store_Keeper>(Store_Keeper::Program_Identity),
+                     &Store_Keeper::Describe, Store_Location(store), location);
     return command + " --store " + Quoted_For_Shell(automation::To_UTF8(location.View()));
 }
 
 Open_Store::Open_Store(const std::optional<std::string>& name) {
     try {
         keeper = automation::Create_Bound<Store_Keeper>(Store_Keeper::Program_Identity);
-        automation::Check(keeper->Open(Store_Location(name)));
+        automation::Call(keeper, &Store_Keeper::Open, Store_Location(name));
     } catch (const automation::Failure& failure) {
         if (name || failure.Number != automation::run_time::Cannot_Create_Object)
             Give_Up(failure);
@@ -69,7 +69,7 @@ Open_Store::Open_Store(const std::optional<std::string>& name) {
 Open_Store::~Open_Store() {
     Automation_Boolean closed = AUTOMATION_FALSE;
     if (keeper && keeper->Close(closed) < 0)
-        automation::Take_Error(); // there is nothing that a program at its end could do
+        automation::Drop_Error(); // there is nothing that a program at its end could do
 }
 
 std::string Create_Store(const Store_Init_Command& command) {
@@ -77,8 +77,8 @@ std::string Create_Store(const Store_Init_Command& command) {
         Offer_Own_Modules();
         const auto keeper = automation::Create_Bound<Store_Keeper>(Store_Keeper::Program_Identity);
         automation::Text name;
-        automation::Check(keeper->Create(Store_Location(command.Store),
-                                         command.Nodes.value_or(interfaces::Sample_Nodes), name));
+        automation::Call(keeper, &Store_Keeper::Create, Store_Location(command.Store),
+                         command.Nodes.value_or(interfaces::Sample_Nodes), name);
         return automation::To_UTF8(name.View());
     } catch (const automation::Failure& failure) {
         Give_Up(failure);

@@ -196,9 +196,9 @@ void Print_Step(const Entry& entry, std::ostream& out) {
 
 bool Print_History(const Store_History_Command& command, const Streams& streams) try {
     Variant xml;
-    automation::Check(History()->Read_Changes(Store_Location(command.Store), Choice(command.Config_ID),
-                                              Choice(command.Partition_ID), Choice(command.Node_Number),
-                                              xml));
+    automation::Call(History(), &Store_History::Read_Changes, Store_Location(command.Store),
+                     Choice(command.Config_ID), Choice(command.Partition_ID), Choice(command.Node_Number),
+                     xml);
     History_For_A_Person for_a_person(command, streams.Out);
     std::size_t shown = 0;
     for (const Rows rows = Opened(xml); !rows->At_End(); rows->Move_Next()) {
@@ -223,10 +223,9 @@ bool Revert(const Revert_Command& command, const Streams& streams) try {
     Variant xml;
     automation::Text change;
     const auto wide = [](const std::string& text) { return Variant(automation::From_UTF8_Replacing(text)); };
-    automation::Check(History()->Revert(Store_Location(command.Store), wide(command.First),
-                                        wide(command.Last),
-                                        command.Force ? AUTOMATION_TRUE : AUTOMATION_FALSE,
-                                        command.Dry_Run ? AUTOMATION_TRUE : AUTOMATION_FALSE, xml, change));
+    automation::Call(History(), &Store_History::Revert, Store_Location(command.Store), wide(command.First),
+                     wide(command.Last), command.Force ? automation::True : automation::False,
+                     command.Dry_Run ? automation::True : automation::False, xml, change);
     std::size_t refused = 0, records = 0;
     for (const Rows rows = Opened(xml); !rows->At_End(); rows->Move_Next()) {
         const Entry entry(rows);
@@ -254,7 +253,7 @@ bool Revert(const Revert_Command& command, const Streams& streams) try {
 
 std::string Upgrade_Store(const Store_Upgrade_Command& command) try {
     automation::Text name;
-    automation::Check(History()->Upgrade(Store_Location(command.Store), name));
+    automation::Call(History(), &Store_History::Upgrade, Store_Location(command.Store), name);
     return automation::To_UTF8(name.View());
 } catch (const automation::Failure& failure) {
     Give_Up(failure);

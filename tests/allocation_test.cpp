@@ -8,11 +8,13 @@
 
 #include <gtest/gtest.h>
 
+#include "automation/create.h"
 #include "automation/unknown.h"
 #include "editor_session.h"
 #include "host/script_display.h"
 #include "host/setup.h"
 #include "modules_in_use.h"
+#include "recordset/recordset.h"
 #include "sqlite_rows.h"
 #include "style_node/editor.h"
 
@@ -190,6 +192,30 @@ TEST_P(Memory, May_Run_Out_Anywhere) {
     EXPECT_GT(ends[Played::End::Recorded], 0) << "no failure reached the component";
     EXPECT_GT(ends[Played::End::Not_Created], 0) << "no failure reached the host";
     stays_out = false;
+}
+
+TEST(Memory_That_Runs_Out, Leaves_A_Streams_Text_And_An_Empty_Buffer) {
+    const auto without_memory = [](const auto& action) {
+        count = 0;
+        fails_at = 1;
+        counting = stays_out = true;
+        action();
+        counting = stays_out = false;
+    };
+    recordset::Offer_Classes();
+    const automation::String lent(100, u'x');
+    const auto stream = automation::Create_Bound<recordset::Stream>(recordset::Stream_Program_Identity);
+    stream->Open();
+    stream->Lend_Text(lent);
+    without_memory([&] { EXPECT_THROW(stream->Write_Text(u"y"), std::bad_alloc); });
+    stream->Set_Position(0);
+    EXPECT_EQ(stream->Rest(), lent);
+
+    char buffer[] = "what was there";
+    Automation_Block* const text = automation::Text(lent).Detach();
+    without_memory([&] { EXPECT_EQ(Automation_To_UTF8(text, buffer, sizeof buffer), 0U); });
+    EXPECT_STREQ(buffer, "");
+    Automation_Free(text);
 }
 
 } // namespace

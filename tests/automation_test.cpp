@@ -148,6 +148,24 @@ TEST(Failures, Without_An_Error_Object) {
     Expect_Failure([] { Check(AUTOMATION_RUN_TIME(94)); }, 94, u"", u"Invalid use of Null");
 }
 
+TEST(Failures, Of_An_Earlier_Call_Do_Not_Speak_For_A_Later_One) {
+    struct Answering {
+        Status Answer(Status status) { return status; }
+    } object;
+    for (const auto& [status, number] :
+         {std::pair<Status, Long>(Status_OK, 0), {AUTOMATION_RUN_TIME(94), 94}, {-1, -1}}) {
+        Set_Error(Failure(13, u"earlier"));
+        Long told = 0;
+        try {
+            Call(&object, &Answering::Answer, status);
+        } catch (const Failure& failure) {
+            told = failure.Number;
+        }
+        EXPECT_EQ(told, number);
+        EXPECT_FALSE(Take_Error());
+    }
+}
+
 TEST(Failures, Belong_To_Their_Thread) {
     Set_Error(Failure(13, u"here"));
     std::thread([] {

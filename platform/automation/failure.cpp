@@ -120,6 +120,8 @@ std::uint32_t Automation_To_UTF8(const Automation_Block* text, char* buffer, std
         }
         return static_cast<std::uint32_t>(utf8.size());
     } catch (...) {
+        if (size > 0)
+            buffer[0] = '\0';
         return 0;
     }
 }

@@ -200,10 +200,7 @@ Variant Conversion(const Automation_Variant& value, std::uint16_t type) {
 
 // The status alone: an earlier failure's error object, which nobody has taken, must not speak for this one.
 Status Without_Error(Long number) noexcept {
-    Automation_Error old;
-    Automation_Take_Error(&old);
-    for (Automation_Block* text : {old.Source, old.Description, old.Reason})
-        Automation_Free(text);
+    Drop_Error();
     return Status_Of(number);
 }
 

@@ -73,6 +73,7 @@ Reference<Unknown> Made_In(const std::string& path, const Identity& class_identi
     const Module_Hold module = Load_Module(checked);
     const Class_Object class_object = Class_Object_In(*module, checked, class_identity);
     void* object = nullptr;
+    automation::Drop_Error();
     automation::Check(class_object->Create_Instance(&Unknown::Interface_Identity, &object));
     return Reference<Unknown>::Adopt(static_cast<Unknown*>(object));
 }

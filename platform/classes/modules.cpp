@@ -154,6 +154,7 @@ Module_Hold Load_Module(const std::string& path) {
 
 Class_Object Class_Object_In(const Module& module, const std::string& path, const Identity& class_identity) {
     Class_Object object;
+    automation::Drop_Error();
     const Automation_Status status =
         Ask(module, class_identity, Automation_Class_Object::Interface_Identity, AUTOMATION_VERSION, object);
     if (object)

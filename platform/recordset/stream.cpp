@@ -1,7 +1,5 @@
 #include "stream.h"
 
-#include <utility>
-
 #include "failures.h"
 
 namespace recordset {
@@ -28,7 +26,10 @@ public:
 
     void Write_Text(String_View written) override {
         Require_Open();
-        text.append(std::exchange(lent, {}));      // from now on it is the stream's own
+        if (!lent.empty()) { // from now on it is the stream's own
+            text = String(lent);
+            lent = {};
+        }
         text.replace(at, written.size(), written); // what reaches beyond the end extends the text
         at += written.size();
     }

@@ -71,14 +71,14 @@ std::unique_ptr<Display> Own_Display() {
 std::unique_ptr<Display> Open_Display(String_View program_identity) {
     const auto source = automation::Create_Bound<Display_Source>(program_identity);
     Display* display = nullptr;
-    automation::Check(source->Open_Display(display));
+    automation::Call(source, &Display_Source::Open_Display, display);
     return std::unique_ptr<Display>(display);
 }
 
 std::unique_ptr<Display> Open_Played_Display(Player& player, String_View program_identity) {
     const auto source = automation::Create_Bound<Played_Display_Source>(program_identity);
     Display* display = nullptr;
-    automation::Check(source->Open_Played_Display(display, player));
+    automation::Call(source, &Played_Display_Source::Open_Played_Display, display, player);
     return std::unique_ptr<Display>(display);
 }
 

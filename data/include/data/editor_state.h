@@ -51,13 +51,7 @@ struct Editor_State {
 };
 
 // Calls a component: 91 when it is unset, the component's own error when it fails.
-template <typename Interface, typename... Parameters, typename... Arguments>
-void Call(const Reference<Interface>& component, automation::Status (Interface::*operation)(Parameters...),
-          Arguments&&... arguments) {
-    Interface& target = *component;
-    automation::Take_Error(); // a leftover must not pass for this call's error
-    automation::Check((target.*operation)(std::forward<Arguments>(arguments)...));
-}
+using automation::Call;
 
 // The text of an answer, which is converted in place when it is not one yet.
 String_View Answered_Text(automation::Variant& answer);

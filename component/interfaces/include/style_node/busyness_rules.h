@@ -51,12 +51,12 @@ AUTOMATION_END(_Busyness_Rules)
 #undef AUTOMATION_SELF
 
 #ifdef __cplusplus
+using automation::Boolean;
+using automation::False;
 using automation::Integer;
 using automation::Long;
 using automation::Status;
-using Boolean = Automation_Boolean;
-constexpr Boolean True = AUTOMATION_TRUE;
-constexpr Boolean False = AUTOMATION_FALSE;
+using automation::True;
 
 } // namespace style_node
 #endif

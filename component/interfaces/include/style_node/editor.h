@@ -18,9 +18,8 @@ public:
     bool Shown(Integer config_id, Integer partition_id, Integer node_number, Integer language_id = 1,
                bool silent_error = false) {
         Boolean result = False;
-        automation::Take_Error(); // of an earlier call
-        automation::Check(object->Shown(config_id, partition_id, node_number, language_id,
-                                        silent_error ? True : False, result));
+        automation::Call(object, &_Busyness_Rules::Shown, config_id, partition_id, node_number, language_id,
+                         silent_error ? True : False, result);
         const auto error = result == False ? automation::Take_Error() : std::nullopt;
         reason = error ? error->Reason : automation::String();
         return result != False;
@@ -35,7 +34,7 @@ public:
     bool SupervisedType_Blind() const { return Value(&_Busyness_Rules::Get_SupervisedType_Blind) != False; }
     void Set_SupervisedType_Blind(bool value) {
         Boolean given = value ? True : False;
-        automation::Check(object->Put_SupervisedType_Blind(given));
+        automation::Call(object, &_Busyness_Rules::Put_SupervisedType_Blind, given);
     }
     bool Editing_Default_Node() const { return Value(&_Busyness_Rules::Get_Editing_Default_Node) != False; }
 
@@ -43,7 +42,7 @@ private:
     template <typename Result>
     Result Value(Status (_Busyness_Rules::*property)(Result&)) const {
         Result result{};
-        automation::Check(((*object).*property)(result));
+        automation::Call(object, property, result);
         return result;
     }
     automation::String Text(Status (_Busyness_Rules::*property)(automation::Text&)) const {

@@ -97,6 +97,7 @@ void Call(const Dispatch_Member<Interface>& member, Interface& object, const Aut
         values.push_back(
             Value_For(member.Parameters[slot], places[slot] < 0 ? nullptr : &given.Values[places[slot]]));
     }
+    Drop_Error();
     Check(member.Call(object, values.data(), result));
     for (std::size_t slot = 0; slot < places.size(); ++slot)
         if (places[slot] >= 0)

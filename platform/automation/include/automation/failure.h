@@ -147,6 +147,14 @@ inline std::optional<Failure> Take_Error() {
     return Failure(error.Number, String(description.View()), String(source.View()), String(reason.View()));
 }
 
+// Empties the calling thread's error object.
+inline void Drop_Error() noexcept {
+    Automation_Error old;
+    Automation_Take_Error(&old);
+    for (Automation_Block* text : {old.Source, old.Description, old.Reason})
+        Automation_Free(text);
+}
+
 // Raises the failure behind a failing status; nothing for any other.
 inline void Check(Status status) {
     if (status >= 0)
@@ -159,6 +167,15 @@ inline void Check(Status status) {
     if (error->Number == 0)
         error->Number = AUTOMATION_IS_RUN_TIME(status) ? AUTOMATION_RUN_TIME_NUMBER(status) : status;
     throw std::move(*error);
+}
+
+// Calls an interface member, of an object that may lie in another module, and raises its failure. What an
+// earlier call left in the error object does not speak for this one.
+template <typename Object, typename Interface, typename... Parameters, typename... Arguments>
+void Call(Object&& object, Status (Interface::*member)(Parameters...), Arguments&&... arguments) {
+    Interface& target = *object;
+    Drop_Error();
+    Check((target.*member)(std::forward<Arguments>(arguments)...));
 }
 
 // Runs the body of an interface member: what it throws becomes a status and the error object, under
