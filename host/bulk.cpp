@@ -10,6 +10,7 @@
 #include "dialog_answers.h"
 #include "host/setup.h"
 #include "node_edit.h"
+#include "spreadsheet.h"
 #include "store_answers.h"
 #include "store_choice.h"
 #include "text_file.h"
@@ -105,12 +106,21 @@ private:
     }
 
     void Parse(std::string_view text) {
+        if (text.starts_with("\xEF\xBB\xBF"))
+            text.remove_prefix(3);
+        if (!Is_Spreadsheet(command.File, text))
+            return Parse_Lines(text);
+        for (auto& row : Parse_Spreadsheet(text))
+            if (row.Node)
+                lines.push_back({row.Line, std::move(*row.Node), {}});
+            else
+                Refuse(row.Line, "", Visible_Text(row.Problem));
+    }
+    void Parse_Lines(std::string_view text) {
         for (std::size_t number = 1; !text.empty(); ++number) {
             const auto end = std::min(text.find('\n'), text.size());
             std::string_view line = text.substr(0, end);
             text.remove_prefix(std::min(end + 1, text.size()));
-            if (number == 1 && line.starts_with("\xEF\xBB\xBF"))
-                line.remove_prefix(3);
             if (line.find_first_not_of(" \t\r") != std::string_view::npos)
                 Parse(number, line);
         }
@@ -139,7 +149,7 @@ private:
         std::vector<std::pair<String, String>> types, thresholds;
         for (std::size_t type = 0; type < Supervised_Types; ++type)
             types.emplace_back(automation::Decimal_Text(static_cast<Long>(type)),
-                               automation::From_UTF8_Replacing(type == 0 ? "Blind" : Kind_Name(type)));
+                               automation::From_UTF8_Replacing(Type_Name(type)));
         if (std::any_of(lines.begin(), lines.end(), is_named))
             thresholds = Ask_Dialog(command.Place, {}).Thresholds;
         for (Line_Edit& line : lines)
@@ -166,8 +176,10 @@ private:
             else if (!command.Force && line.Wanted.Change && *line.Wanted.Change != node->second.Change)
                 Refuse(line, "it " + Since(work, node->second.Change) +
                                  ", after the line was exported; export it again, or apply it with --force");
-            else
+            else {
+                Settle_Empty_Cells(line.Wanted, node->second);
                 line.Edit = Merge(node->second, line.Wanted);
+            }
         }
     }
     static std::string Since(const Partition_Work& work, const String& change) {
@@ -244,19 +256,6 @@ private:
     std::multimap<std::size_t, std::string> refusals; // by line
 };
 
-// The store's failures, as what ends a program.
-template <typename Body>
-auto With_Store(const Common_Options& options, const Streams& streams, Body&& body) {
-    Transcript unused(streams.Out);
-    Setup setup(options, unused);
-    setup.Start();
-    try {
-        return body();
-    } catch (const automation::Failure& failure) {
-        Give_Up(failure);
-    }
-}
-
 } // namespace
 
 bool Export(const Export_Command& command, const Streams& streams) {
@@ -265,11 +264,13 @@ bool Export(const Export_Command& command, const Streams& streams) {
                                            Partition_Work::Access::To_Read)
                                 .Read();
         std::string lines;
-        for (const auto& [number, node] : nodes)
-            lines += JSON_Of(node) + "\n";
+        if (command.As_Spreadsheet)
+            lines = Spreadsheet_Of(nodes);
+        else
+            for (const auto& [number, node] : nodes)
+                lines += JSON_Of(node) + "\n";
         if (nodes.empty())
-            streams.Errors << "style-editor: partition " << command.Place.Partition_ID << " of configuration "
-                           << command.Place.Config_ID << " has no nodes" << std::endl;
+            Tell_Of_No_Nodes(command.Place, streams);
         else if (command.Out)
             Write_New_File(*command.Out, lines);
         else if (!(streams.Out << lines << std::flush))

@@ -25,8 +25,8 @@ void Repeatable_Option(CLI::App& app, const std::string& name, std::vector<std::
 
 // Decimal digits only: the library would also read octal and hexadecimal numbers.
 template <typename Value, typename Target>
-void Number_Option(CLI::App& app, const std::string& name, Target& target, Value least, Value most,
-                   const std::string& help) {
+CLI::Option* Number_Option(CLI::App& app, const std::string& name, Target& target, Value least, Value most,
+                           const std::string& help) {
     const auto take = [=, &target](const std::string& text) {
         const auto number = Decimal<Value>(text);
         if (!number || *number < least || *number > most)
@@ -34,7 +34,7 @@ void Number_Option(CLI::App& app, const std::string& name, Target& target, Value
                                                  std::to_string(most) + " instead of '" + text + "'");
         target = *number;
     };
-    app.add_option_function<std::string>(name, take, help)->type_name("N");
+    return app.add_option_function<std::string>(name, take, help)->type_name("N");
 }
 
 template <typename Target>
@@ -43,8 +43,8 @@ void Identifier_Option(CLI::App& app, const std::string& name, Target& target, c
 }
 
 template <typename Target>
-void Node_Option(CLI::App& app, Target& target, const std::string& help) {
-    Number_Option<Integer>(app, "--node", target, 0, INT16_MAX, help);
+CLI::Option* Node_Option(CLI::App& app, Target& target, const std::string& help) {
+    return Number_Option<Integer>(app, "--node", target, 0, INT16_MAX, help);
 }
 
 void Store_Option(CLI::App& app, std::optional<std::string>& target) {
@@ -96,16 +96,22 @@ struct Parser {
 
     Export_Command Export;
     Apply_Command Apply;
-    CLI::App* Exporting = Storing->add_subcommand("export", "Print the nodes of a partition as JSON Lines");
-    CLI::App* Applying = Storing->add_subcommand("apply", "Change nodes as JSON Lines say, all or none");
+    CLI::App* Exporting = Storing->add_subcommand("export", "Print the nodes of a partition, to be edited");
+    CLI::App* Applying =
+        Storing->add_subcommand("apply", "Change nodes as an edited export says, all or none");
+    Find_Command Find;
+    CLI::App* Finding =
+        Storing->add_subcommand("find", "List the nodes whose number, label or dial strings hold a text");
+    Show_Command Show;
+    CLI::App* Showing = Storing->add_subcommand("show", "Print all values of one node");
     Revert_Command Revert;
     CLI::App* Reverting = Storing->add_subcommand("revert", "Take recorded changes back, all or none");
 
     Parser() {
         App.set_help_flag("--help", "Print this help");
         for (CLI::App* command :
-             {Editing, Playing, Storing, Initialising, Exporting, Applying, Reverting, Recounting, Upgrading,
-              Registering, Unregistering, Listing, Translating, Checking, Picturing})
+             {Editing, Playing, Storing, Initialising, Exporting, Applying, Finding, Showing, Reverting,
+              Recounting, Upgrading, Registering, Unregistering, Listing, Translating, Checking, Picturing})
             command->set_help_flag("--help", "Print this help");
         App.set_version_flag("--version", "style-editor " STYLE_EDITOR_VERSION);
         App.require_subcommand(0, 1);
@@ -183,8 +189,15 @@ struct Parser {
             Identifier_Option(app, "--partition", place.Partition_ID, "Partition (1)");
         };
         add_place(*Exporting, Export.Common, Export.Place);
+        Exporting->add_flag("--csv", Export.As_Spreadsheet, "As a spreadsheet instead of JSON Lines");
+        add_place(*Finding, Find.Common, Find.Place);
+        Finding->add_option("TEXT", Find.Text, "What the node holds; large and small letters alike")
+            ->required();
+        add_place(*Showing, Show.Common, Show.Place);
+        Node_Option(*Showing, Show.Place.Node_Number, "Node; 0 for the default node")->required();
         Text_Option(*Exporting, "--out", Export.Out, "FILE", "A new file instead of standard output");
-        Applying->add_option("FILE", Apply.File, "The lines; - is standard input")->required();
+        Applying->add_option("FILE", Apply.File, "The edited export, JSON Lines or CSV; - is standard input")
+            ->required();
         add_place(*Applying, Apply.Common, Apply.Place);
         Add_Care(*Applying, Apply.Dry_Run, Apply.Force);
     }
@@ -240,6 +253,10 @@ struct Parser {
             return Export;
         if (*Applying)
             return Apply;
+        if (*Finding)
+            return Find;
+        if (*Showing)
+            return Show;
         if (*Reverting)
             return Revert;
         Registration.Removes = static_cast<bool>(*Unregistering);

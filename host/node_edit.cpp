@@ -12,11 +12,6 @@ namespace {
 
 constexpr std::size_t Own = interfaces::Node_Record;
 
-std::string Full_Name(std::size_t kind, std::size_t index) {
-    const std::string name = Value_Names(kind)[index].Name;
-    return kind == Own ? name : std::string(Kind_Name(kind)) + "." + name;
-}
-
 // A value that is to change.
 struct Changed_Value {
     std::size_t Kind, Index;

@@ -19,30 +19,32 @@ using automation::Variant;
 using interfaces::Store_Records;
 using nlohmann::ordered_json;
 
-constexpr Value_Name Own_Values[] = {{"NodeDescription", u"txtDescription"},
-                                     {"SuperviseID", u"fraSupervised"},
-                                     {"SuperviseCaption", {}},
-                                     {"Hookflash", u"cmbHookFlash"},
-                                     {"ThresholdTypeID", u"cmbThreshold"},
-                                     {"Transfer", u"txtTransfer"},
-                                     {"Disconnection", u"txtDisconnect"},
-                                     {"EntryLabel", {}},
-                                     {"EntryChanged", {}}};
+constexpr Value_Name Own_Values[] = {{"NodeDescription", u"txtDescription", "Label"},
+                                     {"SuperviseID", u"fraSupervised", "Supervised type"},
+                                     {"SuperviseCaption", {}, "Type's caption"},
+                                     {"Hookflash", u"cmbHookFlash", "Hook flash", "ms"},
+                                     {"ThresholdTypeID", u"cmbThreshold", "Threshold"},
+                                     {"Transfer", u"txtTransfer", "Transfer string"},
+                                     {"Disconnection", u"txtDisconnect", "Disconnect string"},
+                                     {"EntryLabel", {}, "Label in the node list"},
+                                     {"EntryChanged", {}, "Last changed"}};
 
 constexpr std::array<Value_Name, Values_Of_A_Record> Detail_Values(const char* first_busy,
-                                                                   const char* second_busy) {
-    return {{{"SuperviseID", {}},
-             {"Retrieve", u"txtRetrieve"},
-             {"BusyRetry", u"cmbBusyRetry"},
-             {"NumberRetries", u"cmbNumRetries"},
-             {"RingLimit", u"cmbRingLimit"},
-             {first_busy, u"cmbBusyOn"},
-             {second_busy, u"cmbBusyOff"},
-             {"RingOn", u"cmbRingOn"},
-             {"RingOff", u"cmbRingOff"}}};
+                                                                   const char* first_title,
+                                                                   const char* second_busy,
+                                                                   const char* second_title) {
+    return {{{"SuperviseID", {}, "Record's type"},
+             {"Retrieve", u"txtRetrieve", "Retrieve string"},
+             {"BusyRetry", u"cmbBusyRetry", "Busy retry", "s"},
+             {"NumberRetries", u"cmbNumRetries", "Number of retries"},
+             {"RingLimit", u"cmbRingLimit", "Ring limit"},
+             {first_busy, u"cmbBusyOn", first_title, "ms"},
+             {second_busy, u"cmbBusyOff", second_title, "ms"},
+             {"RingOn", u"cmbRingOn", "Ring on", "ms"},
+             {"RingOff", u"cmbRingOff", "Ring off", "ms"}}};
 }
-constexpr auto Common_Values = Detail_Values("BusyOn", "BusyOff");
-constexpr auto Enhanced_Values = Detail_Values("Busy1On", "Busy2On");
+constexpr auto Common_Values = Detail_Values("BusyOn", "Busy on", "BusyOff", "Busy off");
+constexpr auto Enhanced_Values = Detail_Values("Busy1On", "Busy 1 on", "Busy2On", "Busy 2 on");
 
 constexpr String_View Change_Field = u"Change";
 
@@ -70,15 +72,6 @@ std::optional<std::size_t> Kind_Named(const std::string& name) {
         if (name == Kind_Names[kind])
             return kind;
     return {};
-}
-
-// Whether a value of a record that exists follows from the rest.
-bool Follows(const Node& node, std::size_t kind, std::size_t index) {
-    if (kind != interfaces::Node_Record)
-        return index == detail_value::Type &&
-               (*node.Records[kind])[index] == automation::Decimal_Text(static_cast<Long>(kind));
-    return index == node_value::Entry_Changed ||
-           (index == node_value::Entry_Label && node.Own()[index] == node.Own()[node_value::Label]);
 }
 
 ordered_json JSON(const Stored& value) {
@@ -122,22 +115,6 @@ std::optional<std::string> Number_Text(const ordered_json& line, const char* nam
     return found->is_string() ? found->get<std::string>() : found->is_number_integer() ? found->dump() : "?";
 }
 
-Long Wanted_Number(const ordered_json& line) {
-    const auto text = Number_Text(line, "NodeNumber");
-    const auto number = text ? Decimal<Long>(*text) : std::nullopt;
-    if (!number || *number < 0 || *number > INT16_MAX)
-        throw Line_Error("\"NodeNumber\" is missing or no number from 0 to " + std::to_string(INT16_MAX));
-    return *number;
-}
-
-std::optional<String> Wanted_Change(const ordered_json& line) {
-    const auto text = Number_Text(line, "Change");
-    if (text && Decimal<std::int64_t>(*text).value_or(-1) < 0)
-        throw Line_Error(
-            "\"Change\" is no number of a change; leave it as store export wrote it, or leave it out");
-    return text ? std::optional(Wide(*text)) : std::nullopt;
-}
-
 // The library keeps the last of two members with one name and says nothing.
 ordered_json Parsed(const std::string& line) {
     std::vector<std::set<std::string>> names;
@@ -175,6 +152,15 @@ std::span<const Value_Name, Values_Of_A_Record> Value_Names(std::size_t kind) {
 
 const char* Kind_Name(std::size_t kind) {
     return Kind_Names[kind];
+}
+
+const char* Type_Name(std::size_t type) {
+    return type == 0 ? "Blind" : Kind_Names[type];
+}
+
+std::string Full_Name(std::size_t kind, std::size_t index) {
+    const std::string name = Value_Names(kind)[index].Name;
+    return kind == interfaces::Node_Record ? name : std::string(Kind_Names[kind]) + "." + name;
 }
 
 std::optional<std::size_t> Node::Type() const {
@@ -246,6 +232,14 @@ std::string Partition_Work::Author_Of(const String& change) const {
     return automation::To_UTF8(author.View());
 }
 
+bool Follows(const Node& node, std::size_t kind, std::size_t index) {
+    if (kind != interfaces::Node_Record)
+        return index == detail_value::Type &&
+               (*node.Records[kind])[index] == automation::Decimal_Text(static_cast<Long>(kind));
+    return index == node_value::Entry_Changed ||
+           (index == node_value::Entry_Label && node.Own()[index] == node.Own()[node_value::Label]);
+}
+
 std::string JSON_Of(const Node& node) {
     ordered_json line{{"NodeNumber", node.Number},
                       {"Change", Decimal<std::int64_t>(automation::To_UTF8(node.Change)).value_or(0)}};
@@ -261,13 +255,27 @@ std::string JSON_Of(const Node& node) {
     return line.dump();
 }
 
+Long Wanted_Number(const std::optional<std::string>& text) {
+    const auto number = text ? Decimal<Long>(*text) : std::nullopt;
+    if (!number || *number < 0 || *number > INT16_MAX)
+        throw Line_Error("\"NodeNumber\" is missing or no number from 0 to " + std::to_string(INT16_MAX));
+    return *number;
+}
+
+std::optional<String> Wanted_Change(const std::optional<std::string>& text) {
+    if (text && Decimal<std::int64_t>(*text).value_or(-1) < 0)
+        throw Line_Error(
+            "\"Change\" is no number of a change; leave it as store export wrote it, or leave it out");
+    return text ? std::optional(Wide(*text)) : std::nullopt;
+}
+
 Wanted_Node Parse_Node(const std::string& text) {
     const ordered_json line = Parsed(text);
     if (!line.is_object())
         throw Line_Error("a JSON object is expected, such as {\"NodeNumber\":3,\"Hookflash\":\"500\"}");
     Wanted_Node wanted;
-    wanted.Number = Wanted_Number(line);
-    wanted.Change = Wanted_Change(line);
+    wanted.Number = Wanted_Number(Number_Text(line, "NodeNumber"));
+    wanted.Change = Wanted_Change(Number_Text(line, "Change"));
     for (const auto& [name, value] : line.items()) {
         if (name == "NodeNumber" || name == "Change")
             continue;

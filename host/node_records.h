@@ -10,6 +10,7 @@
 #include <array>
 #include <map>
 #include <optional>
+#include <set>
 #include <span>
 #include <string>
 #include <vector>
@@ -25,25 +26,30 @@ using automation::String_View;
 
 using Stored = std::optional<String>; // nothing is null
 
-// A value of a record: its name, and the control of the dialog that edits it; none when it follows from
-// others.
+// A value of a record: its name, the control of the dialog that edits it (none when it follows from others),
+// and for a person what it is, and in which unit.
 struct Value_Name {
     const char* Name;
     String_View Control;
+    const char* Title = "";
+    const char* Unit = "";
 };
 
 namespace node_value { // places in a node's own record
-constexpr std::size_t Label = 0, Type = 1, Caption = 2, Threshold = 4, Entry_Label = 7, Entry_Changed = 8;
+constexpr std::size_t Label = 0, Type = 1, Caption = 2, Threshold = 4, Transfer = 5, Disconnection = 6,
+                      Entry_Label = 7, Entry_Changed = 8;
 }
 namespace detail_value {
-constexpr std::size_t Type = 0;
+constexpr std::size_t Type = 0, Retrieve = 1;
 }
 
 constexpr std::size_t Values_Of_A_Record = 9;
 constexpr std::size_t Record_Kinds = interfaces::Last_Detail_Record + 1;
 using Values = std::array<Stored, Values_Of_A_Record>;
 std::span<const Value_Name, Values_Of_A_Record> Value_Names(std::size_t kind);
-const char* Kind_Name(std::size_t kind); // "Partial"; "" for the node's own
+const char* Kind_Name(std::size_t kind);                    // "Partial"; "" for the node's own
+const char* Type_Name(std::size_t type);                    // "Blind", "Partial"
+std::string Full_Name(std::size_t kind, std::size_t index); // "Hookflash", "Full.RingOn"
 
 struct Node {
     Long Number = 0;
@@ -77,13 +83,17 @@ private:
     automation::Reference<interfaces::Store_Records> records;
 };
 
-// Without what follows from the rest, and the time of the last change.
+// Whether a value of a record that exists follows from the rest, or is the time of the last change.
+bool Follows(const Node& node, std::size_t kind, std::size_t index);
+
+// Without what follows.
 std::string JSON_Of(const Node& node);
 
 // What a line asks for.
 struct Wanted_Record {
     bool Removed = false; // the line holds null in the record's place
     std::map<std::size_t, Stored> Given;
+    std::set<std::size_t> Left_Empty; // in a spreadsheet
 };
 struct Wanted_Node {
     Long Number = 0;
@@ -98,6 +108,9 @@ struct Line_Error : std::runtime_error {
     const std::size_t Column; // counted from 1; 0 when it is the whole line's
 };
 Wanted_Node Parse_Node(const std::string& line); // Line_Error
+// What stands in the place of a node's number and of its change, if anything does. Throw Line_Error.
+Long Wanted_Number(const std::optional<std::string>& text);
+std::optional<String> Wanted_Change(const std::optional<std::string>& text);
 
 // For a person; what a terminal would not show as it is, is escaped.
 std::string Shown(const Stored& value);

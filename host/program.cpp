@@ -15,6 +15,7 @@
 #include "host/setup.h"
 #include "installed_display.h"
 #include "interruption.h"
+#include "node_tables.h"
 #include "own_modules.h"
 #include "painter.h"
 #include "registering.h"
@@ -175,6 +176,14 @@ int Run(const Export_Command& command, const Streams& streams) {
 
 int Run(const Apply_Command& command, const Streams& streams) {
     return Apply(command, streams) ? status::OK : status::Refused;
+}
+
+int Run(const Find_Command& command, const Streams& streams) {
+    return Find_Nodes(command, streams) ? status::OK : status::Refused;
+}
+
+int Run(const Show_Command& command, const Streams& streams) {
+    return Show_Node(command, streams) ? status::OK : status::Refused;
 }
 
 int Run(const Revert_Command& command, const Streams& streams) {

@@ -2,6 +2,8 @@
 
 #include "automation/create.h"
 #include "host/errors.h"
+#include "host/setup.h"
+#include "store_choice.h"
 #include "visible_text.h"
 
 namespace host {
@@ -15,6 +17,27 @@ automation::Reference<recordset::Recordset> Opened(const automation::Variant& xm
     auto rows = automation::Create_Bound<recordset::Recordset>(recordset::Recordset_Program_Identity);
     rows->Open(stream);
     return rows;
+}
+
+bool With_Store(const Common_Options& options, const Streams& streams, const std::function<bool()>& body) {
+    Transcript unused(streams.Out);
+    Setup setup(options, unused);
+    setup.Start();
+    try {
+        return body();
+    } catch (const automation::Failure& failure) {
+        Give_Up(failure);
+    }
+}
+
+std::string Place_Of(const Job& partition) {
+    return "partition " + std::to_string(partition.Partition_ID) + " of configuration " +
+           std::to_string(partition.Config_ID);
+}
+
+bool Tell_Of_No_Nodes(const Job& partition, const Streams& streams) {
+    streams.Errors << "style-editor: " << Place_Of(partition) << " has no nodes" << std::endl;
+    return false;
 }
 
 void Tell(const Streams& streams, const std::string& outcome) {

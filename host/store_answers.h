@@ -4,6 +4,7 @@
 #include <functional>
 #include <string>
 
+#include "host/command_line.h"
 #include "host/program.h"
 
 #include "recordset/recordset.h"
@@ -12,6 +13,14 @@ namespace host {
 
 // The persisted recordset in an answer. Throws automation::Failure.
 automation::Reference<recordset::Recordset> Opened(const automation::Variant& xml);
+
+// Does it with the store open. Throws Start_Error for the store's failures.
+bool With_Store(const Common_Options& options, const Streams& streams, const std::function<bool()>& body);
+
+// "partition 2 of configuration 1"
+std::string Place_Of(const Job& partition);
+// Answers false.
+bool Tell_Of_No_Nodes(const Job& partition, const Streams& streams);
 
 // Ends a command: what has become of the store goes to standard error. Throws Outcome_Error with it when what
 // was printed before could not be written.

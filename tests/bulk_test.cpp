@@ -373,4 +373,104 @@ TEST_F(Bulk, Shows_A_Broken_History_As_Broken) {
     }
 }
 
+// --- spreadsheets
+
+// Whoever keeps no quotes, puts semicolons, a byte-order mark or empty rows: it is what was exported.
+TEST_F(Bulk, A_Spreadsheet_That_Nobody_Has_Edited_Changes_Nothing) {
+    session.Play("shown 1 2 9\npaste txtDescription \"a, b;c\"\npaste txtTransfer \"\"\nclick cmdOK");
+    const auto before = Rows();
+    const std::string rows =
+        session.Command({"store", "export", "--csv", "--store", session.Store(), "--partition", "2"});
+    EXPECT_TRUE(rows.starts_with("NodeNumber,Change,NodeDescription,SuperviseID,")) << rows;
+    EXPECT_NE(rows.find(",Partial.RingOff,"), std::string::npos) << rows;
+    EXPECT_NE(rows.find(",\"a, b;c\",4,"), std::string::npos) << rows;
+    const auto replaced = [](std::string text, const std::string& from, const std::string& to) {
+        for (auto at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
+            text.replace(at, from.size(), to);
+        return text;
+    };
+    for (const std::string& text : {rows, "\xEF\xBB\xBF" + rows, rows + ",,,\r\n\r\n",
+                                    replaced(rows, "\r\n", "\n"), replaced(rows, ",\"\",", ",,")}) {
+        EXPECT_EQ(Apply(text, {}), "") << text;
+        EXPECT_EQ(session.Errors(), "style-editor: nothing was changed: there is nothing to change\n")
+            << text;
+    }
+    EXPECT_EQ(Apply("NodeNumber;Hookflash\n7;700\n"), "line 2, node 7: Hookflash \"600\" -> \"700\"\n");
+    EXPECT_EQ(Rows(), before);
+}
+
+TEST_F(Bulk, A_Spreadsheet_Changes_What_Its_Cells_Say) {
+    const struct {
+        const char *Text, *Out;
+    } cases[] = {
+        // An emptied cell, and one of a value that is not there.
+        {"NodeNumber,Transfer,Full.RingOn\n3,,\n", "line 2, node 3: Transfer \"!,3#\" -> \"\"\n"},
+        {"NodeDescription,NodeNumber\n\"two\nlines\",7\nx,9\n",
+         "line 2, node 7: EntryLabel \"Workshop\" -> \"two\\u000alines\"\n"
+         "line 4, node 9: NodeDescription \"Gate\" -> \"x\"\n"},
+        {"NodeNumber,SuperviseID,Partial.RingOn\n3,Full,2000\n", "SuperviseCaption \"PARTIAL\" -> \"FULL\""},
+        {"NodeNumber,Partial.Retrieve\n3,\n", "\"Partial\": null; a node of this type has the record"},
+        {"NodeNumber,Change\n3,8\n", "line 2, node 3: refused: it was never changed in this store"},
+        {"NodeNumber,Hookflash\n3,2001\n", "line 2, node 3: refused: Hookflash \"2001\": a number from 50"},
+        {"NodeNumber,Hookflash\nx,500\n3,500,7\n",
+         "line 2: refused: \"NodeNumber\" is missing or no number from 0 to 32767\n"
+         "line 3: refused: cell 3 stands in a column without a name\n"},
+        {"NodeNumber,Colour\n3,1\n4,1\n", "line 1: refused: \"Colour\" is no value of a node; see "
+                                          "style-editor store export --csv for the names\n"},
+        {"NodeNumber,NodeNumber\n3,3\n", "line 1: refused: \"NodeNumber\" names two columns\n"},
+        {"Hookflash,NodeNumber\n3,\"a\"b\n",
+         "line 2: refused: a quote in a cell is written twice, and the cell stands in quotes\n"},
+        {"Hookflash,NodeNumber\n3,\"7\n8\n", "line 2: refused: a quote in a cell is written twice"},
+    };
+    const auto before = Rows();
+    for (const auto& row : cases) {
+        const std::string out = Apply(row.Text);
+        EXPECT_NE(out.find(row.Out), std::string::npos) << row.Text << out << session.Errors();
+        EXPECT_EQ(session.Status(), out.find("refused") == std::string::npos ? 0 : 1) << row.Text;
+    }
+    std::ofstream(session.Folder() / "noted.csv") << "Hookflash\n3\n"; // by its name alone
+    EXPECT_EQ(session.Command(
+                  {"store", "apply", (session.Folder() / "noted.csv").string(), "--store", session.Store()}),
+              "line 1: refused: the first line names the columns, and one of them is NodeNumber\n");
+    EXPECT_EQ(Rows(), before);
+}
+
+// --- find and show
+
+TEST_F(Bulk, Finds_Nodes_And_Shows_One) {
+    const auto command = [&](std::vector<std::string> words) {
+        words.insert(words.begin(), "store");
+        words.insert(words.end(), {"--store", session.Store(), "--partition", "2"});
+        return session.Command(words);
+    };
+    const std::string head = "Node  Label      Type         Transfer  Disconnect  Retrieve\n";
+    for (const char* text : {"WAREHOUSE", ",3#"})
+        EXPECT_EQ(command({"find", text}), head + "3     Warehouse  Partial (1)  !,3#      !           !\n")
+            << text;
+    const std::string node = command({"show", "--node", "3"});
+    for (const char* line : {"Field              Value                 Unit  Name\n",
+                             "Hook flash         500                   ms    Hookflash\n",
+                             "Threshold          Standard (7)                ThresholdTypeID\n",
+                             "Busy retry         4                     s     Partial.BusyRetry\n"})
+        EXPECT_NE(node.find(line), std::string::npos) << line << node;
+    const struct {
+        std::vector<std::string> Words;
+        int Status;
+        const char* Message;
+    } cases[] = {
+        {{"find", "\033x"}, 1, "no node of partition 2 of configuration 1 holds \"\\u001bx\""},
+        {{"show", "--node", "4"}, 1, "node 4 does not exist in partition 2 of configuration 1"},
+        {{"show", "--node", "4", "--config", "9"}, 1, "partition 2 of configuration 9 has no nodes"},
+        {{"find", "x", "--config", "9"}, 1, "partition 2 of configuration 9 has no nodes"},
+        {{"show", "--node", "-1"}, 2, "write a number from 0 to 32767"},
+        {{"show"}, 2, "--node is required"},
+        {{"find"}, 2, "TEXT is required"},
+    };
+    for (const auto& row : cases) {
+        EXPECT_EQ(command(row.Words), "");
+        EXPECT_EQ(session.Status(), row.Status) << row.Message;
+        EXPECT_NE(session.Errors().find(row.Message), std::string::npos) << session.Errors();
+    }
+}
+
 } // namespace

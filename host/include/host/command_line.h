@@ -55,6 +55,7 @@ struct Export_Command {
     Common_Options Common;          // the store
     Job Place;                      // configuration and partition
     std::optional<std::string> Out; // a new file instead of standard output
+    bool As_Spreadsheet = false;
 };
 
 // store apply: edited lines back into the store.
@@ -64,6 +65,19 @@ struct Apply_Command {
     std::string File;      // "-" is standard input
     bool Dry_Run = false;
     bool Force = false; // also over what others have changed since
+};
+
+// store find: the nodes that hold a text.
+struct Find_Command {
+    Common_Options Common; // the store
+    Job Place;             // configuration and partition
+    std::string Text;
+};
+
+// store show: one node.
+struct Show_Command {
+    Common_Options Common; // the store
+    Job Place;
 };
 
 // store revert: recorded changes, taken back.
@@ -97,9 +111,10 @@ struct Information {
     std::string Text;
 };
 
-using Command_Line = std::variant<Edit_Command, Play_Command, Store_Init_Command, Export_Command,
-                                  Apply_Command, Revert_Command, Store_History_Command, Store_Upgrade_Command,
-                                  Register_Command, List_Command, Strings_Command, Information>;
+using Command_Line =
+    std::variant<Edit_Command, Play_Command, Store_Init_Command, Export_Command, Apply_Command, Find_Command,
+                 Show_Command, Revert_Command, Store_History_Command, Store_Upgrade_Command, Register_Command,
+                 List_Command, Strings_Command, Information>;
 
 // `arguments` without the program's name. Throws Usage_Error.
 Command_Line Parse_Command_Line(const std::vector<std::string>& arguments);
