@@ -15,11 +15,11 @@
 #include <sstream>
 #include <stdexcept>
 
-#include "host/box_reporter.h"
-#include "host/job.h"
-#include "host/setup.h"
 #include "plain_dialog.h"
+#include "run_setup/setup.h"
 #include "toolkit/user_input.h"
+#include "transcript/box_reporter.h"
+#include "transcript/job.h"
 #include "window/qt_display.h"
 
 namespace {

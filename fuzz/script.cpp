@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
-#include "host/script.h"
 #include "require.h"
+#include "scripts/script.h"
 #include "style_node/control_names.h"
 
 namespace {

@@ -2,7 +2,7 @@
 #include <iostream>
 
 #include "host/program.h"
-#include "standard_streams.h"
+#include "process/standard_streams.h"
 
 int main(int argc, char** argv) {
     host::Take_Closed_Descriptors();

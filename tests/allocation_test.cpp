@@ -11,10 +11,10 @@
 #include "automation/create.h"
 #include "automation/unknown.h"
 #include "editor_session.h"
-#include "host/script_display.h"
-#include "host/setup.h"
 #include "modules_in_use.h"
 #include "recordset/recordset.h"
+#include "run_setup/setup.h"
+#include "scripts/script_display.h"
 #include "sqlite_rows.h"
 #include "style_node/editor.h"
 

@@ -1,11 +1,13 @@
 // Scripts, command lines and the display of the host.
 #include <gtest/gtest.h>
 
+#include <iterator>
 #include <sstream>
 
-#include "host/box_reporter.h"
-#include "host/command_line.h"
-#include "host/script_display.h"
+#include "host/program.h"
+#include "options/subcommand.h"
+#include "scripts/script_display.h"
+#include "transcript/box_reporter.h"
 
 namespace {
 
@@ -122,38 +124,18 @@ TEST(Script, Counts_Lines_And_Keeps_Them_As_Written) {
 
 // --- command lines
 
-template <typename Wanted>
-Wanted Parsed(const std::vector<std::string>& arguments) {
-    return std::get<Wanted>(Parse_Command_Line(arguments));
-}
+struct Ran {
+    int Status;
+    std::string Out, Errors;
+};
 
-TEST(Command_Line, Understands_All_Options) {
-    const auto edit = Parsed<Edit_Command>({"edit", "--config", "-3", "--partition=2", "--node", "0",
-                                            "--language", "556", "--silent", "--store", "sqlite:x"});
-    EXPECT_EQ(edit.Wanted.Config_ID, -3);
-    EXPECT_EQ(edit.Wanted.Partition_ID, 2);
-    EXPECT_EQ(edit.Wanted.Node_Number, 0);
-    EXPECT_EQ(edit.Wanted.Language_ID, 556);
-    EXPECT_TRUE(edit.Wanted.Silent_Error);
-    EXPECT_EQ(edit.Common.Store, "sqlite:x");
-
-    const auto play = Parsed<Play_Command>({"play", "--fail", "A=1:[b,c]", "x.script", "--fail", "{}",
-                                            "--reply", "C=f", "--missing", "", "--trace", "--strings", "s",
-                                            "--registry", "r", "--appdata", ""});
-    EXPECT_EQ(play.Script, "x.script");
-    EXPECT_EQ(play.Common.Failures, (std::vector<std::string>{"A=1:[b,c]", "{}"}));
-    EXPECT_EQ(play.Common.Replies, std::vector<std::string>{"C=f"});
-    EXPECT_EQ(play.Common.Missing, std::vector<std::string>{""});
-    EXPECT_TRUE(play.Common.Trace);
-    EXPECT_EQ(play.Common.Strings, "s");
-    EXPECT_EQ(play.Common.Registry, "r");
-    EXPECT_EQ(play.Common.App_Data, "");
-    EXPECT_FALSE(play.Common.Store);
-
-    const auto init =
-        Parsed<Store_Init_Command>({"store", "init", "--nodes", "32766", "--store", "sqlite:y"});
-    EXPECT_EQ(init.Nodes, 32766);
-    EXPECT_EQ(init.Store, "sqlite:y");
+Ran Run_Line(const std::string& line) {
+    std::istringstream words(line), in;
+    std::ostringstream out, errors;
+    std::vector<std::string> arguments{std::istream_iterator<std::string>(words), {}};
+    arguments.insert(arguments.begin(), "style-editor");
+    const int status = Run_Program(arguments, {in, out, errors});
+    return {status, out.str(), errors.str()};
 }
 
 TEST(Command_Line, Rejects_What_It_Does_Not_Know) {
@@ -161,18 +143,67 @@ TEST(Command_Line, Rejects_What_It_Does_Not_Know) {
         "|paly x|edit x|edit --node|edit --node x|edit --node 0x1|edit --node 32768|edit --config -32769|"
         "edit --window|play x --window --terminal|edit play x|play|play x y|play x --node 1|play x --fail|"
         "play --fail A B x|play x --bogus|store|store drop|store init --nodes -1|store init --nodes 32767|"
-        "store init --trace|store history --node 32768|store history x|store upgrade --nodes 1";
+        "store init --trace|store history --node 32768|store history x|store upgrade --nodes 1|"
+        "store revert 3-2|store revert x|store show|edit --fail A";
     for (const std::string& line : Cells(lines)) {
-        std::istringstream words(line);
-        const std::vector<std::string> arguments{std::istream_iterator<std::string>(words), {}};
-        EXPECT_THROW(Parse_Command_Line(arguments), Usage_Error) << line;
+        const Ran ran = Run_Line(line);
+        EXPECT_EQ(ran.Status, 2) << line;
+        EXPECT_EQ(ran.Out, "") << line;
+        EXPECT_NE(ran.Errors.find("see style-editor --help"), std::string::npos) << line << ran.Errors;
     }
 }
 
+TEST(Command_Line, Says_Which_Command_Was_Nearly_Meant) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"paly x", "did you mean style-editor play?"},
+        {"store exprot", "did you mean style-editor store export?"},
+        {"sotre find x", "did you mean style-editor store find?"},
+        {"", "edit, play, store init, store find, store show, store export, store apply"}};
+    for (const auto& [line, hint] : cases)
+        EXPECT_NE(Run_Line(line).Errors.find(hint), std::string::npos) << line << Run_Line(line).Errors;
+    EXPECT_EQ(Run_Line("photograph").Errors.find("did you mean"), std::string::npos);
+}
+
 TEST(Command_Line, Answers_Help_And_Version) {
-    EXPECT_NE(Parsed<Information>({"--help"}).Text.find("play"), std::string::npos);
-    EXPECT_NE(Parsed<Information>({"play", "--help"}).Text.find("--reply"), std::string::npos);
-    EXPECT_EQ(Parsed<Information>({"--version"}).Text.rfind("style-editor ", 0), 0U);
+    const std::pair<const char*, const char*> cases[] = {{"--help", "play"},
+                                                         {"play --help", "--reply"},
+                                                         {"store --help", "find"},
+                                                         {"--version", "style-editor "}};
+    for (const auto& [line, part] : cases) {
+        const Ran ran = Run_Line(line);
+        EXPECT_EQ(ran.Status, 0) << line << ran.Errors;
+        EXPECT_NE(ran.Out.find(part), std::string::npos) << line << ran.Out;
+    }
+}
+
+// What stands behind the library: the value of --name= may be empty, and an option takes one value a use.
+TEST(Command_Line, Fills_The_Targets_Of_A_Command) {
+    struct Sample final : Subcommand {
+        Outline About() const override { return {"sample", "Help"}; }
+        void Declare(Options& options) override {
+            options.Argument("FILE", File, "");
+            options.Number<Integer>("--number", Number, -5, 5, "");
+            options.Text("--text", Text, "T", "");
+            options.Repeatable("--each", Each, "E", "");
+            options.Flag("--flag", Flag, "");
+        }
+        int Run(const Streams&) override { return 0; }
+        std::string File;
+        std::optional<std::string> Text;
+        std::optional<Integer> Number;
+        std::vector<std::string> Each;
+        bool Flag = false;
+    };
+    Subcommands commands;
+    auto& sample = static_cast<Sample&>(*commands.emplace_back(std::make_unique<Sample>()));
+    const Choice choice = Read_Command_Line(
+        {"sample", "--each", "A=1:[b,c]", "x", "--each", "{}", "--text=", "--number", "-5"}, commands, {});
+    EXPECT_EQ(choice.Wanted, &sample);
+    EXPECT_EQ(sample.File, "x");
+    EXPECT_EQ(sample.Text, "");
+    EXPECT_EQ(sample.Number, -5);
+    EXPECT_EQ(sample.Each, (std::vector<std::string>{"A=1:[b,c]", "{}"}));
+    EXPECT_FALSE(sample.Flag);
 }
 
 // --- display

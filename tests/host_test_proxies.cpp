@@ -5,7 +5,8 @@
 #include <sstream>
 
 #include "automation/text.h"
-#include "host/component_proxies.h"
+#include "faults/component_proxies.h"
+#include "process/errors.h"
 #include "temporary_folder.h"
 
 namespace {
@@ -22,7 +23,7 @@ struct Called {
     Long Number = 0;
 };
 
-Called Call(Call_Plan& plan, String_View operation) {
+Called Call(Fault_Plan& plan, String_View operation) {
     Called called{};
     Variant result;
     const Variant first(u"1"), second(u"2");
@@ -41,7 +42,7 @@ Called Call(Call_Plan& plan, String_View operation) {
     return called;
 }
 
-TEST(Call_Plan, Chooses_The_Failure_Of_A_Call) {
+TEST(Fault_Plan, Chooses_The_Failure_Of_A_Call) {
     struct Case {
         std::vector<std::string> Options;
         std::vector<Status> Statuses;
@@ -63,7 +64,7 @@ TEST(Call_Plan, Chooses_The_Failure_Of_A_Call) {
     };
     for (const Case& given : cases) {
         SCOPED_TRACE(given.Options.front());
-        Call_Plan chosen;
+        Fault_Plan chosen;
         for (const std::string& option : given.Options)
             chosen.Add_Failure(option);
         for (std::size_t call = 0; call < 3; ++call) {
@@ -75,12 +76,12 @@ TEST(Call_Plan, Chooses_The_Failure_Of_A_Call) {
     }
 }
 
-TEST(Call_Plan, Prints_Fails_And_Answers) {
+TEST(Fault_Plan, Prints_Fails_And_Answers) {
     const Temporary_Folder home;
     const std::string file = Write_File(home / "reply.xml", "\xC3\x84\r\n");
     std::ostringstream printed;
     Transcript transcript(printed);
-    Call_Plan plan;
+    Fault_Plan plan;
     plan.Trace(transcript);
     plan.Add_Reply("Get_Full_Detail@2=" + file);
     plan.Add_Reply("Get_Full_Detail@3=" + file);
@@ -101,8 +102,8 @@ TEST(Call_Plan, Prints_Fails_And_Answers) {
     EXPECT_EQ(printed.str(), line + line + line);
 }
 
-TEST(Call_Plan, Refuses_Options_That_Make_No_Sense) {
-    Call_Plan plan;
+TEST(Fault_Plan, Refuses_Options_That_Make_No_Sense) {
+    Fault_Plan plan;
     for (const char* option :
          {"", "Get", "get_style_nodes", "Box_Error_Code", "Get_Style_Nodes@", "Get_Style_Nodes@0",
           "Get_Style_Nodes@-1", "Get_Style_Nodes@x", "Get_Style_Nodes@1@2",

@@ -6,13 +6,14 @@
 #include <sstream>
 
 #include "automation/text.h"
-#include "host/box_reporter.h"
-#include "host/job.h"
-#include "host/script_display.h"
-#include "host/setup.h"
+#include "run_setup/setup.h"
+#include "run_setup/store_choice.h"
+#include "scripts/script_display.h"
 #include "temporary_folder.h"
 #include "toolkit/display_source.h"
 #include "toolkit/user_input.h"
+#include "transcript/box_reporter.h"
+#include "transcript/job.h"
 
 // What Qt keeps for the window's own thread, which runs to the end of the process: as in cmake/leaks.supp.
 extern "C" const char* __lsan_default_suppressions(); // NOLINT: the sanitizer calls it so
@@ -119,7 +120,7 @@ private:
 class Injections : public testing::TestWithParam<std::string> {
 protected:
     Injections() {
-        options.Store = host::Create_Store({"sqlite:" + folder / "store.db", std::nullopt});
+        options.Store = host::Create_Store("sqlite:" + folder / "store.db", std::nullopt);
         setup.Start();
         person.Answer_To_Close();
         setenv("QT_QPA_PLATFORM", "offscreen", 0);

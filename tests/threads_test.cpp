@@ -10,11 +10,11 @@
 #include "automation/create.h"
 #include "automation/text.h"
 #include "classes/registration.h"
-#include "host/job.h"
-#include "host/script_display.h"
 #include "interfaces/store_keeper.h"
+#include "scripts/script_display.h"
 #include "temporary_folder.h"
 #include "toolkit/user_input.h"
+#include "transcript/job.h"
 
 namespace {
 

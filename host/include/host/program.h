@@ -1,18 +1,12 @@
 // The program as a whole, for main() and for tests.
 #pragma once
 
-#include <istream>
-#include <ostream>
 #include <string>
 #include <vector>
 
-namespace host {
+#include "process/streams.h"
 
-struct Streams {
-    std::istream& In;
-    std::ostream& Out;
-    std::ostream& Errors;
-};
+namespace host {
 
 // Answers the exit status and throws nothing. `arguments` is the command line, the program's name first.
 // Runs of one process come one after the other; texts, registry and folder that one has set stay for the
