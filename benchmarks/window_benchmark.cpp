@@ -17,6 +17,7 @@
 
 #include "plain_dialog.h"
 #include "run_setup/setup.h"
+#include "run_setup/store_choice.h"
 #include "toolkit/user_input.h"
 #include "transcript/box_reporter.h"
 #include "transcript/job.h"
@@ -166,7 +167,7 @@ bool With_Nodes(Stage& stage, int nodes) {
     if (mkdtemp(folder.data()) == nullptr)
         throw std::runtime_error("no temporary folder");
     host::Common_Options options;
-    options.Store = host::Create_Store({"sqlite:" + folder + "/store.db", nodes});
+    options.Store = host::Create_Store("sqlite:" + folder + "/store.db", nodes);
     options.App_Data = folder;
     std::ostringstream unseen;
     host::Transcript transcript(unseen);
@@ -186,7 +187,7 @@ bool With_Nodes(Stage& stage, int nodes) {
 
 } // namespace
 
-int main(int argc, char** argv) {
+int main() {
     const auto display = window::Create_Qt_Display({"style-node"});
     std::ostringstream unseen;
     host::Transcript transcript(unseen);
