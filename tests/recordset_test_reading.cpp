@@ -217,6 +217,20 @@ TEST(Recordset_Reading, Time_Is_Linear_In_The_Text) {
     }
 }
 
+// Longer than the parser's pieces, so that what is not at its end yet would be scanned again with each of them.
+TEST(Recordset_Reading, A_Long_Token_Costs_Its_Length) {
+    std::string (*const shapes[])(const std::string&) = {
+        [](const std::string& text) { return Rows("<!--" + text + "-->"); },
+        [](const std::string& text) { return Rows("<?a " + text + "?>"); },
+        [](const std::string& text) { return Rows("<a b='" + text + "'/>"); },
+        [](const std::string& text) { return Rows("<a" + Repeated(" b#='1'", text.size() / 12) + "/>"); },
+        [](const std::string& text) { return Rows("<a" + text + "/>"); }};
+    for (const auto& shape : shapes) {
+        const double seconds = Seconds_To_Read(Wide(shape(std::string(std::size_t{1} << 24U, 'x'))));
+        EXPECT_LT(seconds, 2) << shape("x");
+    }
+}
+
 std::size_t Bytes_In_Use() {
     const struct mallinfo2 heap = mallinfo2();
     return heap.uordblks + heap.hblkhd;

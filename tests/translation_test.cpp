@@ -38,11 +38,11 @@ protected:
     }
 
     Temporary_Folder home;
-    const std::string German = Bytes_Of_File(RESOURCES "/translations/german.strings");
+    const std::string German = Bytes_Of_File(RESOURCES "/translations/language_2.strings");
 };
 
 TEST_F(Translation, The_Shipped_Tables_Are_Faultless) {
-    for (const std::string table : {"language_1", "translations/german"}) {
+    for (const std::string table : {"language_1", "translations/language_2"}) {
         const Outcome outcome = Editor({"strings", "check", RESOURCES "/" + table + ".strings"});
         EXPECT_EQ(outcome.Status, 0) << table;
         EXPECT_EQ(outcome.Out + outcome.Errors, "") << table;
@@ -77,7 +77,7 @@ TEST_F(Translation, Says_What_Is_Wrong_And_Where) {
 }
 
 TEST_F(Translation, Draws_A_Picture_Or_Says_Why_Not) {
-    const std::string table = RESOURCES "/translations/german.strings";
+    const std::string table = RESOURCES "/translations/language_2.strings";
     const Outcome without_screen = Editor({"strings", "picture", table, home / "x.png"});
     EXPECT_EQ(without_screen.Status, 3);
     EXPECT_NE(without_screen.Errors.find("There is no display"), std::string::npos) << without_screen.Errors;
@@ -88,11 +88,23 @@ TEST_F(Translation, Draws_A_Picture_Or_Says_Why_Not) {
 
 TEST_F(Translation, The_Second_Language_Fills_The_Dialog) {
     const Outcome outcome =
-        Editor({"play", "-", "--strings", RESOURCES "/translations/german.strings"},
+        Editor({"play", "-", "--strings", RESOURCES "/translations/language_2.strings"},
                "shown 1 1 9 2\nshow form\nshow optPartial cmdApply\nclick optEnhanced\nshow lblBusyOff\n");
     ASSERT_EQ(outcome.Status, 0) << outcome.Errors;
     for (const char* text : {"STIL-Knoteneditor", "TEILWEISE", "Übernehmen", "Besetzt 2 ein (ms):"})
         EXPECT_NE(outcome.Out.find(text), std::string::npos) << text << " in " << outcome.Out;
+}
+
+TEST_F(Translation, The_Editor_Takes_Installed_Texts_Or_Says_Which_There_Are) {
+    const Outcome unknown = Editor({"edit", "--language", "9"});
+    EXPECT_EQ(unknown.Status, 3);
+    EXPECT_NE(unknown.Errors.find("there are no texts for language 9; installed are 1 English, 2 German"),
+              std::string::npos)
+        << unknown.Errors;
+    EXPECT_FALSE(std::filesystem::exists(home / ".local")) << "the store was opened before";
+    for (const char* language : {"1", "2"}) // there is no display, which is asked for after the texts
+        EXPECT_NE(Editor({"edit", "--language", language}).Errors.find("There is no display"),
+                  std::string::npos);
 }
 
 TEST_F(Translation, Scripts_Know_The_Names_Of_All_Controls) {

@@ -8,6 +8,7 @@
 #include "process/errors.h"
 #include "run_setup/bundled_modules.h"
 #include "run_setup/installed_display.h"
+#include "run_setup/installed_texts.h"
 #include "run_setup/setup.h"
 #include "toolkit/display_source.h"
 #include "transcript/box_reporter.h"
@@ -52,13 +53,16 @@ class Edit_Command final : public Subcommand {
     void Declare(Options& options) override {
         Declare_Partition(options, wanted);
         Declare_Node(options, wanted.Node_Number, "Node (1); 0 for the default node");
-        Declare_Identifier(options, "--language", wanted.Language_ID, "Language (1, English)");
+        Declare_Identifier(options, "--language", wanted.Language_ID,
+                           "Language (1, English); its texts have to be installed");
         options.Flag("--terminal", in_terminal, "In this terminal instead of a window");
         options.Flag("--silent", wanted.Silent_Error, "Show no box for internal errors");
         Declare_Common(options, common);
     }
 
     int Run(const Streams& streams) override {
+        if (!common.Strings)
+            common.Strings = Installed_Texts(wanted.Language_ID);
         std::ostringstream held_back;
         Transcript transcript(streams.Out);
         Setup setup(common, transcript);

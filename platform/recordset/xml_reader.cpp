@@ -66,6 +66,8 @@ Place Outer_Of(Place place) {
     return step == Steps.end() ? Place::Document : step->Outer;
 }
 
+constexpr std::size_t longest_piece = std::size_t{1} << 26U; // units: below what the parser counts in an int
+
 struct Free_Parser {
     void operator()(XML_Parser parser) const { XML_ParserFree(parser); }
 };
@@ -200,10 +202,12 @@ bool Reader::Leave() {
     return left != Place::Update || builder.End_Update();
 }
 
-// A token that goes on beyond the pieces so far costs no more than its length: the parser waits until there
-// is twice as much of it before it scans it again.
+// The parser scans a token that is not at its end from its beginning again with every piece. So the pieces
+// grow while it stays at one token, which then costs no more than a few times its length.
 bool Reader::Feed() {
-    constexpr std::size_t most_units = std::size_t{1} << 14U;
+    constexpr std::size_t usual = std::size_t{1} << 14U; // units
+    std::size_t most_units = usual;
+    XML_Index token = 0;
     bool last = false;
     while (!last) {
         const std::size_t units = std::clamp<std::size_t>(chunks.Left(), 2, most_units);
@@ -215,6 +219,8 @@ bool Reader::Feed() {
         last = chunks.At_End();
         if (XML_ParseBuffer(parser.get(), static_cast<int>(*bytes), last) != XML_STATUS_OK)
             return false;
+        const XML_Index now = XML_GetCurrentByteIndex(parser.get());
+        most_units = std::exchange(token, now) == now ? std::min(2 * most_units, longest_piece) : usual;
     }
     return true;
 }
