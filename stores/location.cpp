@@ -24,6 +24,9 @@ constexpr std::array<std::string_view, 2> Server_Schemes{"postgresql://", "postg
 
 // A mistyped URL may hold a password, which has to be in front of an "@" or behind a "=".
 [[noreturn]] void Refuse_Scheme(std::string url) {
+    const bool is_path = url.find(':') == std::string::npos && url.find('/') != std::string::npos;
+    if (is_path && url.find_first_of("@=") == std::string::npos)
+        Refuse("The store \"" + url + "\" is not understood; write sqlite:" + url);
     if (url.find_first_of("@=") != std::string::npos)
         url = url.substr(0, url.find_first_of(":@=")) + "...";
     Refuse("The store \"" + url + "\" is not understood; write sqlite:PATH or postgresql://...");

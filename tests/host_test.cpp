@@ -158,6 +158,8 @@ TEST(Command_Line, Says_Which_Command_Was_Nearly_Meant) {
         {"paly x", "did you mean style-editor play?"},
         {"store exprot", "did you mean style-editor store export?"},
         {"sotre find x", "did you mean style-editor store find?"},
+        {"stor", "did you mean style-editor store?"},
+        {"store find x --partitoin=2", "did you mean --partition?"},
         {"", "edit, play, store init, store find, store show, store export, store apply"}};
     for (const auto& [line, hint] : cases)
         EXPECT_NE(Run_Line(line).Errors.find(hint), std::string::npos) << line << Run_Line(line).Errors;

@@ -255,7 +255,7 @@ TEST(Window_Start, Says_In_One_Line_What_Is_Missing) {
     };
     std::vector<Case> cases{
         {nullptr, nullptr,
-         "^There is no display: DISPLAY is not set and WAYLAND_DISPLAY is not set, .*offscreen.*$"},
+         "^There is no display: DISPLAY is not set and WAYLAND_DISPLAY is not set, .*--terminal.*$"},
         {nullptr, ":29931", "^There is no display: DISPLAY is :29931 and .*$"},
         {"xcb", nullptr, "^There is no display: QT_QPA_PLATFORM is xcb, .*unset it.*$"},
         {"no-such-thing", ":0", "^There is no display: QT_QPA_PLATFORM is no-such-thing, .*$"},

@@ -57,7 +57,7 @@ QString Value_Of(const char* variable) {
 QString No_Server() {
     return QStringLiteral(
                "There is no display: %1 and %2, and neither is reached; start it in a desktop session, "
-               "or set QT_QPA_PLATFORM to offscreen to run without a screen")
+               "or edit in a text terminal (style-editor edit --terminal)")
         .arg(Value_Of("DISPLAY"), Value_Of("WAYLAND_DISPLAY"));
 }
 
@@ -83,9 +83,7 @@ QString Missing_Plug_In(const QString& wanted, const QStringList& installed) {
 }
 
 QString Not_Working(const QString& platform) {
-    return QStringLiteral(
-               "There is no display: QT_QPA_PLATFORM is %1, which does not work here; unset it, or set it "
-               "to offscreen to run without a screen")
+    return QStringLiteral("There is no display: QT_QPA_PLATFORM is %1, which does not work here; unset it")
         .arg(platform);
 }
 

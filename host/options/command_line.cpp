@@ -15,8 +15,11 @@ public:
         app.set_help_flag("--help", "Print this help");
         app.set_version_flag("--version", "style-editor " STYLE_EDITOR_VERSION);
         app.require_subcommand(0, 1);
-        for (const Group& group : groups)
-            Add(app, group.Name, group.Help).require_subcommand(0, 1);
+        for (const Group& group : groups) {
+            parser_of.emplace(group.Name, &Add(app, group.Name, group.Help));
+            parser_of.at(group.Name)->require_subcommand(0, 1);
+            names.push_back(group.Name);
+        }
         for (const auto& command : commands)
             Add(*command);
     }
@@ -52,6 +55,7 @@ private:
         CLI::App& group = blank == std::string::npos ? app : *app.get_subcommand(name.substr(0, blank));
         CLI::App& parser = Add(group, name.substr(blank + 1), help);
         names.push_back(name);
+        parser_of.emplace(name, &parser);
         command_of.emplace_back(&parser, &command);
         Options::Parser behind{parser};
         Options options(behind);
@@ -73,27 +77,41 @@ private:
 
     std::string All_Names() const {
         std::string all;
-        for (const std::string& name : names)
-            all += (all.empty() ? "" : ", ") + name;
+        for (const auto& [parser, command] : command_of)
+            all += (all.empty() ? "" : ", ") + command->About().Name;
         return all;
     }
 
-    // "; did you mean store export?" when the beginning of the line is nearly a command.
+    // "; did you mean store export?" when the beginning of the line is nearly a command, or one of its
+    // options nearly one that there is.
     std::string Suggestion(const std::vector<std::string>& arguments) const {
-        std::string best;
-        std::size_t least = 3; // changes of a letter; more of them are another word
+        Nearest nearest;
         for (const std::string& name : names) {
             const bool has_group = name.find(' ') != std::string::npos;
             if (arguments.size() < (has_group ? 2U : 1U))
                 continue;
             const std::string written = arguments[0] + (has_group ? " " + arguments[1] : "");
-            if (const auto changes = Distance(written, name); changes > 0 && changes < least) {
-                least = changes;
-                best = "; did you mean style-editor " + name + "?";
-            }
+            nearest.Try(written, name, "style-editor " + name);
+            for (const std::string& argument : arguments)
+                if (written == name && argument.starts_with("--"))
+                    for (const CLI::Option* option : parser_of.at(name)->get_options())
+                        nearest.Try(argument.substr(0, argument.find('=')), option->get_name(),
+                                    option->get_name());
         }
-        return best;
+        return nearest.Found.empty() ? "" : "; did you mean " + nearest.Found + "?";
     }
+
+    struct Nearest {
+        std::string Found;
+        std::size_t Least = 2; // changes of a letter; more of them are another word
+        void Try(const std::string& written, const std::string& meant, const std::string& told) {
+            const auto changes = Distance(written, meant);
+            if (changes == 0 || changes > Least || (changes == Least && told.size() <= Found.size()))
+                return;
+            Least = changes;
+            Found = told;
+        }
+    };
 
     // How many letters are to be changed, added or taken away.
     static std::size_t Distance(const std::string& from, const std::string& to) {
@@ -112,7 +130,8 @@ private:
     }
 
     CLI::App app{"Edits the STYLE nodes of a call flow.", "style-editor"};
-    std::vector<std::string> names;
+    std::vector<std::string> names; // of the groups, and of the commands
+    std::map<std::string, CLI::App*> parser_of;
     std::vector<std::pair<CLI::App*, Subcommand*>> command_of;
 };
 

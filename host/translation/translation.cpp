@@ -1,6 +1,7 @@
 #include "translation.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <set>
 #include <sstream>
 #include <tuple>
@@ -166,6 +167,8 @@ bool Check_Strings(const std::string& file, std::ostream& out) {
 
 void Picture_Strings(const std::string& file, const std::string& picture, std::optional<Integer> wanted,
                      std::ostream& out) {
+    // A picture needs no screen, and no window of this run is to be seen.
+    setenv("QT_QPA_PLATFORM", "offscreen", 0); // NOLINT(concurrency-mt-unsafe): there is one thread yet
     const auto languages = Languages_In(Load_Table(file));
     const Integer language = wanted.value_or(languages.empty() ? 1 : *languages.begin());
     Screenshot screenshot(picture);
