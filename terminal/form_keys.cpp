@@ -4,6 +4,7 @@
 
 #include "pop_up_list.h"
 #include "toolkit/display_texts.h"
+#include "toolkit/edit_answer.h"
 #include "toolkit/user_input.h"
 
 namespace terminal {
@@ -155,6 +156,7 @@ bool Form_Keys::Delete(toolkit::Text_Control& field, bool back) {
 
 void Form_Keys::Insert(toolkit::Text_Control& field, const Key& key) {
     const String before = field.Text();
+    const std::size_t caret = field.Selection_Start();
     if (selected_before == &field)
         user_input::Replace(field, 0, String::npos, key.Text);
     else if (key.Which == Key::Name::Character)
@@ -163,8 +165,9 @@ void Form_Keys::Insert(toolkit::Text_Control& field, const Key& key) {
         user_input::Replace(field, field.Selection_Start(), 0, key.Text);
     if (!view.Shown() || key.Text.empty())
         return;
-    if (field.Text() == before)
-        Refuse(String(texts::Not_Accepted) + u": " + key.Text);
+    const String wanted = selected_before == &field ? key.Text : String(before).insert(caret, key.Text);
+    if (String answer = toolkit::Answer_To_Edit(field, before, wanted); !answer.empty())
+        Refuse(std::move(answer));
 }
 
 // Lists

@@ -57,17 +57,18 @@ struct Paint {
     short Foreground;
     short Background;
 };
-constexpr short Own = -1; // the terminal's own colour
+// The terminal's own colour. One of ours always stands on one of ours: the terminal may be white or black.
+constexpr short Own = -1;
 constexpr Paint Paints[] = {
     /* Plain    */ {A_NORMAL, A_NORMAL, Own, Own},
-    /* Border   */ {A_NORMAL, A_NORMAL, COLOR_CYAN, Own},
+    /* Border   */ {A_NORMAL, A_NORMAL, Own, Own},
     /* Title    */ {A_BOLD, A_BOLD, Own, Own},
     /* Field    */ {A_UNDERLINE, A_NORMAL, COLOR_WHITE, COLOR_BLUE},
     /* Focused  */ {A_REVERSE, A_NORMAL, COLOR_BLACK, COLOR_CYAN},
     /* Disabled */ {A_DIM, A_DIM, Own, Own},
-    /* Default  */ {A_BOLD, A_BOLD, COLOR_CYAN, Own},
-    /* Hint     */ {A_NORMAL, A_NORMAL, COLOR_CYAN, Own},
-    /* Notice   */ {A_BOLD, A_BOLD, COLOR_YELLOW, Own},
+    /* Default  */ {A_BOLD, A_BOLD, Own, Own},
+    /* Hint     */ {A_NORMAL, A_NORMAL, COLOR_BLACK, COLOR_CYAN},
+    /* Notice   */ {A_BOLD, A_NORMAL, COLOR_BLACK, COLOR_YELLOW},
 };
 
 void Select_Look(Look look, bool colours, attr_t more = A_NORMAL) {

@@ -217,7 +217,8 @@ TEST(Recordset_Reading, Time_Is_Linear_In_The_Text) {
     }
 }
 
-// Longer than the parser's pieces, so that what is not at its end yet would be scanned again with each of them.
+// Longer than the parser's pieces, so that what is not at its end yet would be scanned again with each of
+// them.
 TEST(Recordset_Reading, A_Long_Token_Costs_Its_Length) {
     std::string (*const shapes[])(const std::string&) = {
         [](const std::string& text) { return Rows("<!--" + text + "-->"); },

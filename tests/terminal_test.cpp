@@ -365,7 +365,7 @@ TEST(Terminal, Colours_Are_Off_By_NO_COLOR) {
             "xterm");
         session.Send("\r");
         EXPECT_EQ(session.Result(), "||||0");
-        EXPECT_EQ(session.Raw.find("\033[36m") == std::string::npos, *wish != '\0') << wish;
+        EXPECT_EQ(session.Raw.find("\033[46m") == std::string::npos, *wish != '\0') << wish;
     }
 }
 

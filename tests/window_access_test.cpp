@@ -2,6 +2,7 @@
 #include "window_fixture.h"
 
 #include <QAccessible>
+#include <QLabel>
 
 namespace window_test {
 
@@ -64,13 +65,20 @@ TEST_F(Window_Test, A_Refused_Key_Leaves_A_Brief_Mark) {
             EXPECT_EQ(told(), "");
             line.setText("12");
             field->Set_Text(u"12");
+            field->Set_Rule(u"no letter x");
             QTest::keyClicks(&line, "x");
             EXPECT_EQ(line.text(), "12");
+            EXPECT_EQ(told(), "Not accepted: no letter x");
+            const auto* bubble = Dialog().findChild<QLabel*>("reason");
+            EXPECT_TRUE(bubble && bubble->isVisible() && bubble->text() == told());
+            EXPECT_TRUE(Dialog().rect().contains(bubble->geometry()));
+            field->Set_Rule(u"");
             EXPECT_NE(line.palette().color(QPalette::Base), plain);
             EXPECT_NE(told(), "");
             EXPECT_TRUE(QTest::qWaitFor([&] { return line.palette().color(QPalette::Base) == plain; }));
             QTest::keyClicks(&line, "4");
             EXPECT_EQ(told(), "");
+            EXPECT_FALSE(bubble->isVisible());
         }
     });
 }

@@ -12,7 +12,8 @@
 #include "form_style.h"
 #include "glyph.h"
 #include "qt_text.h"
-#include "toolkit/display_texts.h"
+#include "reason_bubble.h"
+#include "toolkit/edit_answer.h"
 #include "toolkit/user_input.h"
 
 namespace window {
@@ -48,6 +49,8 @@ void Label_View::Show() {
 Line_Editing::Line_Editing(toolkit::Text_Control& field, QLineEdit& line, Control_View& view, Input& input)
     : field(field), line(line), view(view), input(input) {
     line.setMaxLength(std::numeric_limits<int>::max());
+    line.setToolTip(To_Qt(field.Rule()));
+    line.setAccessibleDescription(To_Qt(field.Rule()));
     QObject::connect(&line, &QLineEdit::textEdited, &line, [this] { Edited(); });
     QObject::connect(&line, &QLineEdit::cursorPositionChanged, &line, [this] { Caret_Moved(); });
     QObject::connect(&line, &QLineEdit::selectionChanged, &line, [this] { Caret_Moved(); });
@@ -63,17 +66,16 @@ void Line_Editing::Show() {
     if (Caret() != caret)
         line.setCursorPosition(caret);
     if (const auto made = std::exchange(edit, {}))
-        Mark(text == made->Before && text != made->Wanted);
+        Mark(To_Qt(toolkit::Answer_To_Edit(field, From_Qt(made->Before), From_Qt(made->Wanted))));
 }
 
-void Line_Editing::Mark(bool refused) {
+void Line_Editing::Mark(const QString& reason) {
     constexpr int Brief = 600; // milliseconds
-    namespace texts = toolkit::display_text;
-    const QString description =
-        refused ? To_Qt(texts::Not_Accepted) + ": " + To_Qt(texts::Keeps_Its_Text) : QString();
+    const QString description = reason.isEmpty() ? To_Qt(field.Rule()) : reason;
     if (line.accessibleDescription() != description)
         line.setAccessibleDescription(description);
-    if (!refused)
+    Show_Reason(line, reason);
+    if (reason.isEmpty())
         return;
     QPalette palette = line.palette();
     palette.setColor(QPalette::Base, QColor(255, 199, 206));

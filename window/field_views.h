@@ -26,7 +26,8 @@ private:
 };
 
 // The part of a view that shows an editable text in a line edit and sends edits and moves of the caret. An
-// edit that the form's handlers have taken back leaves a brief mark at the field. Undo and redo are edits,
+// edit that the form's handlers have taken back or changed leaves a brief mark at the field, and the reason
+// below it. Undo and redo are edits,
 // too; they reach back to the last text that the field was given by anything but an edit.
 class Line_Editing {
 public:
@@ -37,7 +38,7 @@ private:
     void Edited();
     int Caret() const;
     void Caret_Moved();
-    void Mark(bool refused);
+    void Mark(const QString& reason);
 
     toolkit::Text_Control& field;
     QLineEdit& line;

@@ -15,6 +15,7 @@
 #include "form_style.h"
 #include "geometry.h"
 #include "qt_text.h"
+#include "reason_bubble.h"
 
 namespace window {
 
@@ -80,6 +81,7 @@ protected:
 private:
     bool Focus_In(QObject& widget, Control_View& view, const QFocusEvent& event) {
         const auto reason = event.reason();
+        Hide_Reason(*this);
         if (reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
             reason == Qt::ShortcutFocusReason) {
             // Qt would select the text, where the control has its caret.

@@ -8,8 +8,9 @@ namespace toolkit::display_text {
 
 using automation::String_View;
 
-// An edit that a form's handlers took back.
+// An edit that a form's handlers took back, or made another text of.
 constexpr String_View Not_Accepted = u"Not accepted";
+constexpr String_View Became = u"Changed to";
 constexpr String_View Keeps_Its_Text = u"the field keeps its text";
 
 // Message boxes: their buttons, of which a letter is the key, and what they are.
