@@ -1,5 +1,5 @@
 // What makes the database itself write the history of its nodes, for every program that changes them. The
-// rules stand in docs/stores.md.
+// rules stand in docs/sharing-a-store.md.
 //
 // A file has triggers for each row, in plain SQL, so that any program can still write it. A server has them
 // for each statement; they run with the rights of the store's owner, who alone can write the history.

@@ -111,7 +111,7 @@ TEST_F(Server_Store, Another_Transaction_Is_Waited_For_But_Not_For_Ever) {
 }
 
 TEST_F(Server_Store, Gives_The_Rights_That_The_Documentation_Names) {
-    const std::string page = Bytes_Of_File(DOCS "/stores.md");
+    const std::string page = Bytes_Of_File(DOCS "/sharing-a-store.md");
     const auto start = page.find("```sql\n") + 7;
     server.SQL(url, "CREATE ROLE style_editors; "
                     "CREATE ROLE style_auditors; CREATE ROLE alice LOGIN IN ROLE style_editors; "

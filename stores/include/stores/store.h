@@ -6,7 +6,7 @@
 // interprets it.
 //
 // Open and Create throw Store_Error; the components leave their failures in the thread's error object, as
-// every automation component does. The schema is described in docs/store.md.
+// every automation component does. The schema is described in docs/store-schema.md.
 #pragma once
 
 #include <cstdint>
