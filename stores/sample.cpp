@@ -1,6 +1,7 @@
 #include "sample.h"
 
 #include <array>
+#include <utility>
 
 #include "schema.h"
 
@@ -76,31 +77,79 @@ constexpr std::array Threshold_Types{
     List_Row{"6", "High", "Hoch"},         List_Row{"8", "Very high", "Sehr hoch"},
 };
 
+// Inserts rows many at a time: a server may be a long way off.
+class Row_Inserter {
+public:
+    Row_Inserter(Connection& connection, const Record_Kind& kind)
+        : connection(connection), start(SQL_Insert(kind)), full(connection, "") {
+        start.erase(start.find(" VALUES ("));
+    }
+
+    void Add(const Values& row) {
+        columns = row.size();
+        values.insert(values.end(), row.begin(), row.end());
+        if (values.size() < Most_Rows * columns)
+            return;
+        if (!is_prepared)
+            full = Statement(connection, SQL_For(Most_Rows));
+        is_prepared = true;
+        full.Run(std::exchange(values, {}));
+    }
+    void Flush() {
+        if (!values.empty())
+            Statement(connection, SQL_For(values.size() / columns)).Run(std::exchange(values, {}));
+    }
+
+private:
+    static constexpr std::size_t Most_Rows = 500; // their values are fewer than either database binds
+
+    std::string SQL_For(std::size_t rows) const {
+        std::string sql = start + " VALUES ";
+        for (std::size_t at = 0; at < rows * columns; ++at)
+            sql += (at % columns > 0 ? ", :v" : at > 0 ? "), (:v" : "(:v") + std::to_string(at);
+        return sql + ")";
+    }
+
+    Connection& connection;
+    std::string start;
+    Statement full; // once there are so many rows
+    bool is_prepared = false;
+    std::size_t columns = 0;
+    Values values; // of the rows that wait
+};
+
 // Inserts whole nodes: record, entry in the node list, detail record.
 class Node_Inserter {
 public:
     explicit Node_Inserter(Connection& connection)
-        : record(connection, SQL_Insert(Node_Record())), entry(connection, SQL_Insert(Node_Entry())),
-          details{Statement(connection, SQL_Insert(Detail_Record(*Detail_Tables[0]))),
-                  Statement(connection, SQL_Insert(Detail_Record(*Detail_Tables[1]))),
-                  Statement(connection, SQL_Insert(Detail_Record(*Detail_Tables[2]))),
-                  Statement(connection, SQL_Insert(Detail_Record(*Detail_Tables[3])))} {}
+        : record(connection, Node_Record()),
+          entry(connection, Node_Entry()), details{
+                                               Row_Inserter(connection, Detail_Record(*Detail_Tables[0])),
+                                               Row_Inserter(connection, Detail_Record(*Detail_Tables[1])),
+                                               Row_Inserter(connection, Detail_Record(*Detail_Tables[2])),
+                                               Row_Inserter(connection, Detail_Record(*Detail_Tables[3]))} {}
 
     void Insert(const Node& node) {
         const auto type = static_cast<std::size_t>(node.Supervised_Type);
-        record.Run({node.Config, node.Partition, node.Number, node.Hookflash, node.Threshold, node.Transfer,
+        record.Add({node.Config, node.Partition, node.Number, node.Hookflash, node.Threshold, node.Transfer,
                     node.Disconnection, Captions[type], std::to_string(type), node.Label});
-        entry.Run({node.Config, node.Partition, node.Number, Style_Node_Type, node.Label, Entry_Changed});
+        entry.Add({node.Config, node.Partition, node.Number, Style_Node_Type, node.Label, Entry_Changed});
         if (!node.Record)
             return;
         Values values{node.Config, node.Partition, node.Number, std::to_string(type)};
         values.insert(values.end(), node.Record->begin(), node.Record->end());
-        details[type - 1].Run(values);
+        details[type - 1].Add(values);
+    }
+    void Flush() {
+        record.Flush();
+        entry.Flush();
+        for (Row_Inserter& detail : details)
+            detail.Flush();
     }
 
 private:
-    Statement record, entry;
-    std::array<Statement, 4> details;
+    Row_Inserter record, entry;
+    std::array<Row_Inserter, 4> details;
 };
 
 // A node of a long partition: all types in turn, node 12 a Partial one.
@@ -170,6 +219,7 @@ void Insert_Sample(Connection& connection, std::optional<int> nodes) {
     for (const Node& node : Second_Partition)
         inserter.Insert(node);
     Insert_Numbered(inserter, 3, 1, 12);
+    inserter.Flush();
     Insert_Lists(connection);
     Insert_Configuration(connection);
 }
