@@ -28,6 +28,17 @@ class Own_Application final : private Arguments, public QApplication {
 public:
     explicit Own_Application(std::vector<std::string> arguments)
         : Arguments(std::move(arguments)), QApplication(count, pointers.data()) {}
+
+    // What a handler of ours throws, without memory for instance, must not pass through Qt: it ends the
+    // application, and with it every dialog, whose host is told.
+    bool notify(QObject* receiver, QEvent* event) override {
+        try {
+            return QApplication::notify(receiver, event);
+        } catch (...) {
+            exit();
+            return false;
+        }
+    }
 };
 
 } // namespace
