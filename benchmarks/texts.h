@@ -89,7 +89,7 @@ inline const String& Text(Shape shape, int rows) {
 inline automation::Reference<recordset::Recordset> Opened(automation::String_View text) {
     const auto stream = automation::Create_Bound<recordset::Stream>(recordset::Stream_Program_Identity);
     stream->Open();
-    stream->Lend_Text(text);
+    stream->Borrow_Text(text);
     stream->Set_Position(0);
     auto rows = automation::Create_Bound<recordset::Recordset>(recordset::Recordset_Program_Identity);
     rows->Open(stream);

@@ -20,7 +20,7 @@ Reference<recordset::Recordset> XMLStringToRecordset(dialog::Error_Sink& errors,
                        auto stream =
                            automation::Create_Bound<recordset::Stream>(recordset::Stream_Program_Identity);
                        stream->Open();
-                       stream->Lend_Text(xml);
+                       stream->Borrow_Text(xml);
                        stream->Set_Position(0);
                        auto records = automation::Create_Bound<recordset::Recordset>(
                            recordset::Recordset_Program_Identity);

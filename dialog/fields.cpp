@@ -36,8 +36,8 @@ void Write(toolkit::Text_Control& field, String_View text) {
 }
 
 void Trim(toolkit::Text_Control& field) {
-    Write(field, automation::Without_Trailing_Spaces(field.Text()));
-    Write(field, automation::Without_Leading_Spaces(field.Text()));
+    Write(field, automation::Trim_Right(field.Text()));
+    Write(field, automation::Trim_Left(field.Text()));
     field.Set_Selection_Start(field.Text().size());
 }
 

@@ -11,7 +11,7 @@
 #include "dialog/dlg_gui.h"
 #include "field_rule.h"
 #include "require.h"
-#include "toolkit/unseen_display.h"
+#include "toolkit/headless_display.h"
 #include "toolkit/user_input.h"
 
 namespace {
@@ -22,7 +22,7 @@ using automation::String;
 namespace user = toolkit::user_input;
 
 // A person who sees the form and never answers anything but OK.
-class Watched_Display final : public toolkit::Unseen_Display {
+class Watched_Display final : public toolkit::Headless_Display {
 public:
     void Run_Modal(toolkit::Form&) override {} // the form stays visible
     Long Show_Message(const toolkit::Message&) override { return toolkit::answer::OK; }

@@ -18,7 +18,7 @@ String Upper(String text) {
     return text;
 }
 
-void Look_At(const shell::Hive& hive, const String& key) {
+void Snapshot_Of(const shell::Hive& hive, const String& key) {
     const auto* const values = hive.Find(key);
     REQUIRE(values == hive.Find(Upper(key)));
     if (values)
@@ -34,8 +34,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     try {
         const auto hive = shell::Parse_Hive(bytes);
         for (auto at = bytes.find('['); at != bytes.npos; at = bytes.find('[', at + 1))
-            Look_At(*hive,
-                    automation::From_UTF8_Replacing(bytes.substr(at + 1, bytes.find(']', at) - at - 1)));
+            Snapshot_Of(*hive,
+                        automation::From_UTF8_Replacing(bytes.substr(at + 1, bytes.find(']', at) - at - 1)));
     } catch (const shell::Format_Error& error) {
         REQUIRE(error.Line <= lines && !error.Reason.empty());
     }

@@ -3,7 +3,7 @@
 #include <string_view>
 
 #include "automation/failure.h"
-#include "own_shape_reader.h"
+#include "canonical_reader.h"
 #include "recordset/writer.h"
 #include "require.h"
 #include "xml_reader.h"
@@ -23,7 +23,7 @@ void Look_At_Every_Value(const Row_Store& rows) {
 
 // Whether the short way takes the text.
 bool Read_Both_Ways(const String& text) {
-    const auto taken = recordset::Read_Own_Shape(text);
+    const auto taken = recordset::Read_Canonical_Form(text);
     const auto parsed = taken ? recordset::Read_With_Parser(text) : recordset::Read_Persisted(text);
     if (taken)
         REQUIRE(taken == parsed);

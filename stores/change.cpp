@@ -117,7 +117,7 @@ void Change::Lock(int config, int partition) {
     }
 }
 
-void Change::Require_Unchanged(const Values& keys) {
+void Change::Check_Conflict(const Values& keys) {
     const auto mark = visit.Read_At(*keys[0].Key, *keys[1].Key);
     if (!mark)
         return;

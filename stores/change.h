@@ -30,7 +30,7 @@ public:
 
     // automation::Failure, which says who and when, if someone else has changed the node since the visit read
     // it.
-    void Require_Unchanged(const Values& keys);
+    void Check_Conflict(const Values& keys);
 
     // Values in the order of the kind's columns. A record that is not there, or holds them already, is left
     // as it is and is no change for the history.

@@ -16,7 +16,7 @@ void Write(Session& session, const std::string& operation, const Record& record,
     session.Write([&](Connection& connection) {
         Change change(connection, session.Editor, operation);
         change.Lock(*record.Keys[0].Key, *record.Keys[1].Key);
-        change.Require_Unchanged(record.Keys);
+        change.Check_Conflict(record.Keys);
         action(change, record);
         change.Close();
     });

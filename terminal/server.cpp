@@ -2,7 +2,7 @@
 #include "automation/server.h"
 
 #include "terminal/terminal_display.h"
-#include "toolkit/display_source.h"
+#include "toolkit/display_factory.h"
 
 namespace {
 
@@ -11,7 +11,7 @@ void Stay_Loaded() {
     static const automation::Keep_Module to_the_end;
 }
 
-class Source final : public automation::Object<toolkit::Display_Source, toolkit::Played_Display_Source> {
+class Source final : public automation::Object<toolkit::Display_Factory, toolkit::Played_Display_Factory> {
 public:
     automation::Status Open_Display(toolkit::Display*& display) override {
         return automation::Guard(toolkit::Terminal_Identity, [&] {
@@ -28,7 +28,7 @@ public:
 };
 
 automation::Reference<automation::Unknown> Create_Source() {
-    return automation::Reference<toolkit::Display_Source>(automation::Make_Object<Source>());
+    return automation::Reference<toolkit::Display_Factory>(automation::Make_Object<Source>());
 }
 
 const automation::Server_Class Classes[] = {

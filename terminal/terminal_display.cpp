@@ -6,7 +6,7 @@
 #include "automation/apartment.h"
 #include "form_keys.h"
 #include "message_box.h"
-#include "typed_hands.h"
+#include "typed_input.h"
 
 namespace terminal {
 
@@ -97,8 +97,8 @@ void Terminal_Display::Run_Modal(toolkit::Form& form) try {
     running.push_back(&view);
     if (!player)
         return Take_Input(*screen, view);
-    Typed_Hands hands(*screen, *played, view);
-    player->Play(form, hands);
+    Typed_Input driver(*screen, *played, view);
+    player->Play(form, driver);
 } catch (const Cannot_Show& error) {
     Fail(automation::From_UTF8(error.what()).value_or(String()));
 }

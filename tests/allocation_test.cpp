@@ -76,18 +76,18 @@ constexpr Step Steps[] = {
     {u"optBlind", {}},    {u"cmbRingOn", u"3000"},       {u"cmdApply", {}},       {u"cmdFirst", {}},
     {u"cmdOK", {}}};
 
-void Act(toolkit::Form& form, toolkit::Hands& hands) {
+void Act(toolkit::Form& form, toolkit::Input_Driver& driver) {
     for (const Step& step : Steps) {
         if (!form.Is_Visible())
             return;
         toolkit::Control& control = *form.Find(step.Control);
         if (step.Text.empty())
-            (void)hands.Press(control);
+            (void)driver.Press(control);
         else
-            (void)hands.Replace(control, 0, automation::String::npos, step.Text);
+            (void)driver.Replace(control, 0, automation::String::npos, step.Text);
     }
     if (form.Is_Visible())
-        (void)hands.Close(form);
+        (void)driver.Close(form);
 }
 
 struct Played {
@@ -206,7 +206,7 @@ TEST(Memory_That_Runs_Out, Leaves_A_Streams_Text_And_An_Empty_Buffer) {
     const automation::String lent(100, u'x');
     const auto stream = automation::Create_Bound<recordset::Stream>(recordset::Stream_Program_Identity);
     stream->Open();
-    stream->Lend_Text(lent);
+    stream->Borrow_Text(lent);
     without_memory([&] { EXPECT_THROW(stream->Write_Text(u"y"), std::bad_alloc); });
     stream->Set_Position(0);
     EXPECT_EQ(stream->Rest(), lent);

@@ -10,7 +10,7 @@
 #include "run_setup/store_choice.h"
 #include "scripts/script_display.h"
 #include "temporary_folder.h"
-#include "toolkit/display_source.h"
+#include "toolkit/display_factory.h"
 #include "toolkit/user_input.h"
 #include "transcript/box_reporter.h"
 #include "transcript/job.h"
@@ -68,7 +68,7 @@ private:
 // A person who does every kind of thing to everything that takes it, or to one control of each family.
 class Driver {
 public:
-    Driver(Form& form, Hands& hands) : form(form), hands(hands) {}
+    Driver(Form& form, toolkit::Input_Driver& hands) : form(form), hands(hands) {}
 
     void Do_All() const {
         for (const String_View option :
@@ -113,7 +113,7 @@ private:
             static_cast<void>(hands.Press(*form.Find(name)));
     }
     Form& form;
-    Hands& hands;
+    toolkit::Input_Driver& hands;
 };
 
 // On the bare controls, or on real widgets and in a terminal, by the input that a person gives them.
@@ -131,7 +131,7 @@ protected:
     // The changes that the job came to.
     int Run(Injection inject, int at) {
         Injector injector(place ? *place : person, transcript, inject, at);
-        person.On_Modal = [&](Form& form, Hands& hands) {
+        person.On_Modal = [&](Form& form, toolkit::Input_Driver& hands) {
             const auto keep = form.shared_from_this();
             injector.Counts = true;
             const Driver driver(form, hands);

@@ -39,11 +39,11 @@ TEST_F(Recordset_Test, Stream_Writes_At_Its_Position) {
 TEST_F(Recordset_Test, Stream_Lent_A_Text_Is_As_If_It_Were_Written) {
     const String text = u"abc";
     auto stream = New<Stream>(u"ADODB.Stream");
-    EXPECT_EQ(Failure_Of([&] { stream->Lend_Text(text); }), "ADODB.Stream 3704");
+    EXPECT_EQ(Failure_Of([&] { stream->Borrow_Text(text); }), "ADODB.Stream 3704");
     stream->Open();
-    stream->Lend_Text(text);
+    stream->Borrow_Text(text);
     EXPECT_EQ(stream->Position(), 6);
-    EXPECT_EQ(Failure_Of([&] { stream->Lend_Text(text); }), "ADODB.Stream 3001");
+    EXPECT_EQ(Failure_Of([&] { stream->Borrow_Text(text); }), "ADODB.Stream 3001");
     stream->Set_Position(2);
     EXPECT_EQ(stream->Rest().data(), text.data() + 1) << "nothing is copied";
     stream->Write_Text(u"XYZ");

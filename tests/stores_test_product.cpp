@@ -4,7 +4,7 @@
 
 #include "automation/text.h"
 #include "stores_test_tools.h"
-#include "toolkit/unseen_display.h"
+#include "toolkit/headless_display.h"
 
 namespace {
 
@@ -88,7 +88,7 @@ TEST_P(Components, Labels_With_The_Wrong_Quotes_Are_Refused) {
     EXPECT_EQ(Failure_Of(checker->Is_Label_Allowed(Variant::Null(), allowed)), "LabelChecker 94");
 }
 
-class Box_Display final : public toolkit::Unseen_Display {
+class Box_Display final : public toolkit::Headless_Display {
 public:
     Box_Display() { toolkit::Set_Display(this); }
     ~Box_Display() override { toolkit::Set_Display(nullptr); }

@@ -35,7 +35,7 @@ bool Is_Loaded(const char* module) {
 class Desk {
 public:
     explicit Desk(int first) : first(first) {
-        display.On_Modal = [this](toolkit::Form& form, toolkit::Hands&) { Edit(form); };
+        display.On_Modal = [this](toolkit::Form& form, toolkit::Input_Driver&) { Edit(form); };
         toolkit::Set_Display(&display);
     }
     ~Desk() { toolkit::Set_Display(nullptr); }

@@ -60,8 +60,8 @@ TEST_F(Toolkit, A_Change_Is_Nested_In_The_Write) {
     std::string seen;
     form->text.On_Change = [&] {
         seen += "<" + To_UTF8(form->text.Text());
-        form->text.Set_Text(automation::Without_Trailing_Spaces(form->text.Text()));
-        form->text.Set_Text(automation::Without_Leading_Spaces(form->text.Text()));
+        form->text.Set_Text(automation::Trim_Right(form->text.Text()));
+        form->text.Set_Text(automation::Trim_Left(form->text.Text()));
         form->text.Set_Selection_Start(form->text.Text().size());
         seen += ">" + To_UTF8(form->text.Text());
     };

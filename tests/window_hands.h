@@ -1,4 +1,4 @@
-// Hands on Qt's thread, for dialogs that belong to others.
+// Input_Driver on Qt's thread, for dialogs that belong to others.
 #pragma once
 
 #include <QMessageBox>

@@ -9,8 +9,8 @@
 #include "event_turn.h"
 #include "geometry.h"
 #include "message_window.h"
-#include "qt_side.h"
-#include "synthetic_hands.h"
+#include "synthetic_input.h"
+#include "window_host.h"
 
 namespace window {
 
@@ -23,7 +23,7 @@ class Bridged_Display final : public toolkit::Display, public Runner {
 public:
     Bridged_Display(QCoreApplication& application, std::shared_ptr<Gui_Thread> own, toolkit::Player* player)
         : gui(std::move(own)), player(player), bridge(std::make_shared<Bridge>()),
-          side(new Qt_Side(application, bridge)) {
+          side(new Window_Host(application, bridge)) {
         of_this_thread = this;
     }
     ~Bridged_Display() override {
@@ -107,7 +107,7 @@ private:
     std::shared_ptr<Gui_Thread> gui;
     toolkit::Player* const player; // null: a person
     const std::shared_ptr<Bridge> bridge;
-    Qt_Side* const side; // Qt's thread has it
+    Window_Host* const side; // Qt's thread has it
     mutable toolkit::Size screen_size{};
     std::vector<Shown_Form> shown; // the innermost last
     std::vector<Change> changes;   // which Qt's thread has not been told of
@@ -180,8 +180,8 @@ void Bridged_Display::Drop_Window() {
 // To the window it all is one verb, with the input that it brings about nested in it.
 void Bridged_Display::Let_Play(toolkit::Form& form, Form_Window& window) {
     const auto play = [this, &form, &window] {
-        Synthetic_Hands hands(window, [this](const Work& work) { return On_Qt(work); });
-        player->Play(form, hands);
+        Synthetic_Input driver(window, [this](const Work& work) { return On_Qt(work); });
+        player->Play(form, driver);
     };
     const auto start = [this, &form, &window, play] {
         if (window.May_Read())

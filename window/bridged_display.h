@@ -6,7 +6,7 @@
 #include <memory>
 
 #include "gui_thread.h"
-#include "toolkit/hands.h"
+#include "toolkit/input_driver.h"
 
 namespace window {
 

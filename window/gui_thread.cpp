@@ -12,8 +12,8 @@
 #include <utility>
 
 #include "application.h"
-#include "qt_side.h"
 #include "window/qt_display.h"
+#include "window_host.h"
 
 namespace window {
 

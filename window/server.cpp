@@ -2,8 +2,8 @@
 #include "automation/server.h"
 
 #include "automation/text.h"
-#include "toolkit/display_source.h"
-#include "toolkit/hands.h"
+#include "toolkit/display_factory.h"
+#include "toolkit/input_driver.h"
 #include "window/any_thread.h"
 #include "window/qt_display.h"
 
@@ -16,7 +16,7 @@ void Stay_Loaded() {
     static const automation::Keep_Module to_the_end;
 }
 
-class Source final : public automation::Object<toolkit::Display_Source, toolkit::Played_Display_Source,
+class Source final : public automation::Object<toolkit::Display_Factory, toolkit::Played_Display_Factory,
                                                toolkit::Picture_Maker> {
 public:
     Status Open_Display(toolkit::Display*& display) override {
@@ -45,7 +45,7 @@ private:
 };
 
 automation::Reference<automation::Unknown> Create_Source() {
-    return automation::Reference<toolkit::Display_Source>(automation::Make_Object<Source>());
+    return automation::Reference<toolkit::Display_Factory>(automation::Make_Object<Source>());
 }
 
 const automation::Server_Class Classes[] = {

@@ -23,28 +23,28 @@ constexpr String_View Option_Names[Supervised_Types] = {u"optBlind", u"optPartia
                                                         u"optDialContinue", u"optEnhanced"};
 
 // Puts the questions to a dialog that is up, one after the other, as long as it stays up.
-class Interview {
+class Field_Validator {
 public:
-    Interview(const std::set<Question>& questions, Dialog_Answers& answers)
+    Field_Validator(const std::set<Question>& questions, Dialog_Answers& answers)
         : answers(answers), next(questions.begin()), end(questions.end()) {}
 
     bool Is_Over() const { return next == end && has_begun; }
 
-    void Hold(toolkit::Form& form, toolkit::Hands& hands) {
+    void Hold(toolkit::Form& form, toolkit::Input_Driver& driver) {
         has_begun = true;
         for (std::size_t type = 0; type < Supervised_Types; ++type)
             answers.Type_Captions[type] = form.Find(Option_Names[type])->Caption();
         Read_Thresholds(dynamic_cast<const toolkit::List_Control&>(*form.Find(Threshold_List)));
         // Fields of a blind node cannot be entered.
-        (void)hands.Press(*form.Find(Option_Names[2]));
+        (void)driver.Press(*form.Find(Option_Names[2]));
         while (next != end && form.Is_Visible()) {
             asking = &*next++;
-            const String refusal = Answer(form, hands);
+            const String refusal = Answer(form, driver);
             if (form.Is_Visible())
                 Note(refusal);
         }
         if (form.Is_Visible())
-            (void)hands.Close(form);
+            (void)driver.Close(form);
     }
 
     // The dialog has closed over the last question.
@@ -61,13 +61,13 @@ private:
         asking = nullptr;
     }
 
-    String Answer(toolkit::Form& form, toolkit::Hands& hands) {
+    String Answer(toolkit::Form& form, toolkit::Input_Driver& driver) {
         if (asking->Control == Type_Frame)
             return Type_Answer();
         if (asking->Control == Threshold_List)
             return Threshold_Answer();
         auto& field = dynamic_cast<toolkit::Text_Control&>(*form.Find(asking->Control));
-        const String refusal = Field_Answer(form, hands, field);
+        const String refusal = Field_Answer(form, driver, field);
         return refusal.empty() && asking->Control == Description ? Label_Answer() : refusal;
     }
 
@@ -97,14 +97,15 @@ private:
     }
 
     // As a person who pastes the text and goes on to another field.
-    String Field_Answer(toolkit::Form& form, toolkit::Hands& hands, toolkit::Text_Control& field) const {
+    String Field_Answer(toolkit::Form& form, toolkit::Input_Driver& driver,
+                        toolkit::Text_Control& field) const {
         const String before = field.Text();
-        if (const auto refusal = hands.Replace(field, 0, String::npos, asking->Text))
+        if (const auto refusal = driver.Replace(field, 0, String::npos, asking->Text))
             return *refusal;
         if (!form.Is_Visible())
             return {};
         const String rule = field.Rule();
-        (void)hands.Focus(
+        (void)driver.Focus(
             *form.Find(asking->Control == Description ? String_View(u"txtTransfer") : Description));
         if (!form.Is_Visible() || field.Text() == asking->Text)
             return {};
@@ -164,17 +165,17 @@ Dialog_Answers Ask_Dialog(const Job& place, const std::set<Question>& questions)
     Job job = place;
     job.Node_Number = Plain_Node::Number;
     job.Silent_Error = true;
-    Interview interview(questions, answers);
+    Field_Validator interview(questions, answers);
     Script_Display display;
     display.Answer_To_Close();
     const Installed_Display installed(display);
     std::exception_ptr failure; // must not pass through the editor
-    display.On_Modal = [&](toolkit::Form& form, toolkit::Hands& hands) {
+    display.On_Modal = [&](toolkit::Form& form, toolkit::Input_Driver& driver) {
         try {
-            interview.Hold(form, hands);
+            interview.Hold(form, driver);
         } catch (...) {
             failure = std::current_exception();
-            (void)hands.Close(form);
+            (void)driver.Close(form);
         }
     };
     while (!interview.Is_Over()) {

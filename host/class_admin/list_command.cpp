@@ -23,7 +23,7 @@ void Print(const Registered_Class& entry, std::ostream& out) {
 // From the modules beside the program, which a host does not have.
 bool Is_Created_Here(automation::String_View program_identity) {
     try {
-        return static_cast<bool>(classes::Create_Behind(program_identity));
+        return static_cast<bool>(classes::Create_Underlying(program_identity));
     } catch (const automation::Failure&) {
         return false;
     }

@@ -10,7 +10,7 @@
 #include "run_setup/installed_display.h"
 #include "run_setup/installed_texts.h"
 #include "run_setup/setup.h"
-#include "toolkit/display_source.h"
+#include "toolkit/display_factory.h"
 #include "transcript/box_reporter.h"
 
 namespace host {

@@ -10,7 +10,7 @@
 #include "scripts/screenshot.h"
 #include "scripts/script_player.h"
 #include "style_node/control_names.h"
-#include "toolkit/display_source.h"
+#include "toolkit/display_factory.h"
 #include "transcript/box_reporter.h"
 
 namespace host {

@@ -226,7 +226,7 @@ void Install_Proxies(const std::shared_ptr<Fault_Plan>& plan) {
         if (product.Wrap)
             classes::Provide_Class(
                 {String(product.Program_Identity), product.Class_Identity, [&product, plan] {
-                     return product.Wrap(classes::Create_Behind(product.Program_Identity), plan);
+                     return product.Wrap(classes::Create_Underlying(product.Program_Identity), plan);
                  }});
 }
 

@@ -6,7 +6,7 @@
 #include "classes/registration.h"
 #include "process/errors.h"
 #include "style_node/busyness_rules.h"
-#include "toolkit/display_source.h"
+#include "toolkit/display_factory.h"
 
 namespace host {
 

@@ -26,7 +26,7 @@ constexpr String_View Not_Loaded = u"no dialog is loaded";
 
 Script_Player::Script_Player(Script_Display& display, Transcript& transcript)
     : display(display), transcript(transcript) {
-    display.On_Modal = [this](toolkit::Form& form, toolkit::Hands& used) { Act_On(form, used); };
+    display.On_Modal = [this](toolkit::Form& form, toolkit::Input_Driver& used) { Act_On(form, used); };
 }
 
 Script_Player::~Script_Player() {
@@ -64,7 +64,7 @@ Script_Player::Refusal Script_Player::Perform(const Command& command) {
     case Verb::Items:
         return Show_Items(command);
     default:
-        return Is_Up() ? Perform_On(*hands, *modal, command) : Refusal(u"no dialog is up");
+        return Is_Up() ? Perform_On(*driver, *modal, command) : Refusal(u"no dialog is up");
     }
 }
 
@@ -104,8 +104,8 @@ toolkit::Form* Script_Player::Loaded_Form() const {
 Script_Player::Refusal Script_Player::Show(const Command& command) {
     const toolkit::Form* form = Loaded_Form();
     const auto& names = command.Arguments;
-    toolkit::Hands bare; // for a form that is not up
-    toolkit::Hands& eyes = form && form == modal ? *hands : bare;
+    toolkit::Input_Driver bare; // for a form that is not up
+    toolkit::Input_Driver& eyes = form && form == modal ? *driver : bare;
     if (!names.empty() && command.Control() != The_Form) {
         if (!form)
             return Refusal(Not_Loaded);
@@ -136,10 +136,10 @@ Script_Player::Refusal Script_Player::Show_Items(const Command& command) {
     return {};
 }
 
-void Script_Player::Act_On(toolkit::Form& form, toolkit::Hands& used) {
+void Script_Player::Act_On(toolkit::Form& form, toolkit::Input_Driver& used) {
     const auto keep = form.shared_from_this();
     const Temporarily up(modal, &form);
-    const Temporarily with(hands, &used);
+    const Temporarily with(driver, &used);
     while (form.Is_Visible() && next < commands.size()) {
         Run_Next();
         if (On_Step && form.Is_Visible())
@@ -151,7 +151,7 @@ void Script_Player::Act_On(toolkit::Form& form, toolkit::Hands& used) {
 
 void Script_Player::Close_At_End(toolkit::Form& form) {
     display.Answer_To_Close();
-    (void)hands->Close(form);
+    (void)driver->Close(form);
     if (!form.Is_Visible())
         return;
     stayed_up = true;

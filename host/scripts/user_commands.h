@@ -2,12 +2,13 @@
 #pragma once
 
 #include "scripts/script.h"
-#include "toolkit/hands.h"
+#include "toolkit/input_driver.h"
 
 namespace host {
 
 // Why the command could not be performed, or nothing. A command ends silently when the dialog goes away in
 // the middle of it.
-toolkit::Hands::Refusal Perform_On(toolkit::Hands& hands, toolkit::Form& form, const Command& command);
+toolkit::Input_Driver::Refusal Perform_On(toolkit::Input_Driver& driver, toolkit::Form& form,
+                                          const Command& command);
 
 } // namespace host

@@ -26,7 +26,8 @@ void Add_Place(ordered_json& line, const toolkit::Rectangle& place) {
 }
 
 // What the kind has besides name, state and place, in front of these.
-void Add_Contents(ordered_json& line, const toolkit::Control& control, const toolkit::Seen_Control& seen) {
+void Add_Contents(ordered_json& line, const toolkit::Control& control,
+                  const toolkit::Control_Snapshot& seen) {
     if (const auto* text = dynamic_cast<const toolkit::Text_Control*>(&control)) {
         if (control.Kind() == toolkit::Control_Kind::List_Box)
             return;
@@ -72,7 +73,7 @@ void Transcript::No_Form() {
     Print(*out, {{"event", "form"}, {"loaded", false}});
 }
 
-void Transcript::Form(const toolkit::Form& form, const toolkit::Seen_Form& seen) {
+void Transcript::Form(const toolkit::Form& form, const toolkit::Form_Snapshot& seen) {
     ordered_json line{{"event", "form"}, {"loaded", true}};
     line["visible"] = form.Is_Visible();
     line["caption"] = UTF8(seen.Caption);
@@ -83,7 +84,7 @@ void Transcript::Form(const toolkit::Form& form, const toolkit::Seen_Form& seen)
     Print(*out, line);
 }
 
-void Transcript::Control(const toolkit::Control& control, const toolkit::Seen_Control& seen) {
+void Transcript::Control(const toolkit::Control& control, const toolkit::Control_Snapshot& seen) {
     ordered_json line{{"event", "control"}};
     line["name"] = UTF8(control.Name());
     line["kind"] = UTF8(toolkit::Kind_Name(control.Kind()));

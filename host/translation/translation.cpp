@@ -93,7 +93,7 @@ public:
     // `act` gets the dialog before it is closed; without a dialog, the failure of the job.
     template <typename Act>
     std::optional<String> Show(Integer language, Act&& act) {
-        display.On_Modal = [&](toolkit::Form& form, toolkit::Hands&) {
+        display.On_Modal = [&](toolkit::Form& form, toolkit::Input_Driver&) {
             act(form);
             display.Answer_To_Close();
             static_cast<void>(toolkit::user_input::Close(form));

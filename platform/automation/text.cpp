@@ -178,12 +178,12 @@ bool Is_Well_Formed(String_View text) {
     return true;
 }
 
-String Without_Trailing_Spaces(String_View text) {
+String Trim_Right(String_View text) {
     const auto last = text.find_last_not_of(u' ');
     return String(text.substr(0, last == String_View::npos ? 0 : last + 1));
 }
 
-String Without_Leading_Spaces(String_View text) {
+String Trim_Left(String_View text) {
     const auto first = text.find_first_not_of(u' ');
     return String(first == String_View::npos ? String_View{} : text.substr(first));
 }

@@ -109,7 +109,7 @@ Reference<Unknown> Create_Registered(const Wanted& wanted, bool with_offers) {
                                  : Made_In(offer->Module, offer->Description.Class_Identity);
 }
 
-Reference<Unknown> Create_Behind(const Wanted& wanted, bool with_offers = true) {
+Reference<Unknown> Create_Underlying(const Wanted& wanted, bool with_offers = true) {
     try {
         return Create_Registered(wanted, with_offers);
     } catch (const Registration_Error& error) {
@@ -120,7 +120,7 @@ Reference<Unknown> Create_Behind(const Wanted& wanted, bool with_offers = true) 
 Reference<Unknown> Create(const Wanted& wanted) {
     const auto provided =
         Find(Table().Provided, wanted, [](const Class_Description& entry) { return entry; });
-    return provided ? Made_By(*provided, wanted) : Create_Behind(wanted);
+    return provided ? Made_By(*provided, wanted) : Create_Underlying(wanted);
 }
 
 // The language run time raises these two itself: no source.
@@ -170,13 +170,13 @@ void Offer_Module(String_View program_identity, const Identity& class_identity, 
     Add_Offer({{String(program_identity), class_identity, {}}, path});
 }
 
-Reference<Unknown> Create_Behind(String_View program_identity) {
-    return Create_Behind(Wanted{program_identity});
+Reference<Unknown> Create_Underlying(String_View program_identity) {
+    return Create_Underlying(Wanted{program_identity});
 }
 
 std::optional<std::string> Explain(String_View program_identity) {
     try {
-        Create_Behind(Wanted{program_identity}, false);
+        Create_Underlying(Wanted{program_identity}, false);
         return std::nullopt;
     } catch (const automation::Failure& failure) {
         return automation::To_UTF8(failure.Reason.empty() ? failure.Description : failure.Reason);

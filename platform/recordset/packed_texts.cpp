@@ -8,7 +8,7 @@
 #include <emmintrin.h>
 #endif
 
-#include "own_shape.h"
+#include "canonical_form.h"
 
 namespace recordset {
 
@@ -87,7 +87,7 @@ Packed_Texts::Unit Packed_Texts::Take_Plain(Unit at, Unit end) {
 
 Packed_Texts::Unit Packed_Texts::Take_Escape(Unit at, Unit end) {
     const String_View rest(at, static_cast<std::size_t>(end - at));
-    for (const auto& escape : own_shape::Escapes)
+    for (const auto& escape : canonical_form::Escapes)
         if (rest.starts_with(escape.Written)) {
             *used++ = static_cast<char>(escape.Unit);
             Make_Room(1);

@@ -34,7 +34,7 @@ public:
         at += written.size();
     }
 
-    void Lend_Text(String_View whole) override {
+    void Borrow_Text(String_View whole) override {
         if (Size() > 0)
             Fail(Stream_Program_Identity, number::Wrong_Arguments);
         lent = whole;

@@ -1,4 +1,5 @@
-// Hands out a text of UTF-16 as UTF-8, a bounded piece at a time, so that a large text is never held twice.
+// Input_Driver out a text of UTF-16 as UTF-8, a bounded piece at a time, so that a large text is never held
+// twice.
 #pragma once
 
 #include <cstddef>

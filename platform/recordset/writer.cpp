@@ -8,7 +8,7 @@
 #include "automation/failure.h"
 #include "automation/number.h"
 #include "automation/text.h"
-#include "own_shape.h"
+#include "canonical_form.h"
 #include "persisted_format.h"
 
 namespace recordset {
@@ -44,7 +44,7 @@ std::size_t Plain_Length(String_View text) {
 }
 
 String_View Escape_Of(char16_t unit) {
-    for (const auto& escape : own_shape::Escapes)
+    for (const auto& escape : canonical_form::Escapes)
         if (escape.Unit == unit)
             return escape.Written;
     return {};
@@ -101,7 +101,7 @@ std::vector<String> Attributes_Of(const std::vector<Field_Description>& fields) 
     std::vector<String> attributes;
     std::set<String_View> taken;
     for (const auto& field : fields) {
-        const bool own = own_shape::Is_Legal_Name(field.Name) && !Looks_Like_Substitute(field.Name) &&
+        const bool own = canonical_form::Is_Legal_Name(field.Name) && !Looks_Like_Substitute(field.Name) &&
                          taken.insert(field.Name).second;
         attributes.push_back(own ? field.Name : Substitute(attributes.size() + 1));
     }
@@ -116,36 +116,36 @@ struct Type_Name {
 Type_Name Name_Of(Field_Type type) {
     switch (type) {
     case Field_Type::Integer:
-        return {own_shape::type::Integer, 2};
+        return {canonical_form::type::Integer, 2};
     case Field_Type::Long:
-        return {own_shape::type::Long, 4};
+        return {canonical_form::type::Long, 4};
     case Field_Type::Text:
         break;
     }
-    return {own_shape::type::Text, 0};
+    return {canonical_form::type::Text, 0};
 }
 
 void Append_Type(Text_Builder& text, const Field_Description& field) {
     const auto type = Name_Of(field.Type);
     const int longest = type.Bytes > 0 ? type.Bytes : field.Longest;
-    text.Append(own_shape::Type_Begin);
-    Append_Value(text, own_shape::Type, type.Name);
+    text.Append(canonical_form::Type_Begin);
+    Append_Value(text, canonical_form::Type, type.Name);
     if (longest > 0)
-        Append_Value(text, own_shape::Longest, Decimal_Text(longest));
+        Append_Value(text, canonical_form::Longest, Decimal_Text(longest));
     if (type.Bytes > 0)
-        text.Append(own_shape::Fixed_Length);
+        text.Append(canonical_form::Fixed_Length);
 }
 
 void Append_Field(Text_Builder& text, const Field_Description& field, String_View attribute,
                   std::size_t position) {
     Require_Held_By_XML(field.Name);
-    text.Append(own_shape::Field_Begin);
-    Append_Value(text, own_shape::Name, attribute);
+    text.Append(canonical_form::Field_Begin);
+    Append_Value(text, canonical_form::Name, attribute);
     if (attribute != field.Name)
-        Append_Value(text, own_shape::Own_Name, field.Name);
-    Append_Value(text, own_shape::Number, Decimal_Text(static_cast<std::int64_t>(position)));
+        Append_Value(text, canonical_form::Own_Name, field.Name);
+    Append_Value(text, canonical_form::Number, Decimal_Text(static_cast<std::int64_t>(position)));
     Append_Type(text, field);
-    text.Append(own_shape::Field_End);
+    text.Append(canonical_form::Field_End);
 }
 
 String Make_Beginning() {
@@ -161,25 +161,25 @@ String Make_Beginning() {
 
 } // namespace
 
-const String& own_shape::Beginning() {
+const String& canonical_form::Beginning() {
     static const String beginning = Make_Beginning();
     return beginning;
 }
 
-bool own_shape::Is_Legal_Name(String_View name) {
+bool canonical_form::Is_Legal_Name(String_View name) {
     return !name.empty() && Is_Letter(name.front()) &&
            std::all_of(name.begin(), name.end(), Is_Name_Character) &&
            !automation::Equal_Ignoring_Case(name.substr(0, 3), u"xml");
 }
 
 Writer::Writer(std::vector<Field_Description> fields) {
-    text.Append(own_shape::Beginning());
+    text.Append(canonical_form::Beginning());
     const auto names = Attributes_Of(fields);
     for (std::size_t index = 0; index < fields.size(); ++index) {
         Append_Field(text, fields[index], names[index], index + 1);
-        attributes.push_back(own_shape::Before_Value(names[index]));
+        attributes.push_back(canonical_form::Before_Value(names[index]));
     }
-    text.Append(own_shape::Data_Begin);
+    text.Append(canonical_form::Data_Begin);
 }
 
 void Writer::Add_Row(const std::vector<std::optional<String>>& values) {
@@ -188,11 +188,11 @@ void Writer::Add_Row(const std::vector<std::optional<String>>& values) {
     for (const auto& value : values)
         if (value && Plain_Length(*value) < value->size())
             Require_Held_By_XML(*value);
-    text.Append(own_shape::Row_Begin);
+    text.Append(canonical_form::Row_Begin);
     for (std::size_t index = 0; index < values.size(); ++index)
         if (values[index])
             Append_Value(text, attributes[index], *values[index]);
-    text.Append(own_shape::Row_End);
+    text.Append(canonical_form::Row_End);
 }
 
 bool Writer::Add_UTF8_Row(const std::vector<std::optional<std::string_view>>& values) {
@@ -200,11 +200,11 @@ bool Writer::Add_UTF8_Row(const std::vector<std::optional<std::string_view>>& va
         automation::Raise(automation::run_time::Invalid_Argument);
     const std::size_t before = text.Length();
     try {
-        text.Append(own_shape::Row_Begin);
+        text.Append(canonical_form::Row_Begin);
         bool is_utf8 = true;
         for (std::size_t index = 0; index < values.size(); ++index)
             is_utf8 = is_utf8 && (!values[index] || Add_UTF8(attributes[index], *values[index]));
-        text.Append(own_shape::Row_End);
+        text.Append(canonical_form::Row_End);
         if (!is_utf8)
             text.Cut(before);
         return is_utf8;
@@ -235,7 +235,7 @@ bool Writer::Add_Converted(std::string_view value) {
 }
 
 automation::Text Writer::Finish_Text() && {
-    text.Append(own_shape::End);
+    text.Append(canonical_form::End);
     return text.Finish();
 }
 

@@ -8,7 +8,7 @@
 #include <new>
 #include <utility>
 
-#include "own_shape_reader.h"
+#include "canonical_reader.h"
 #include "reader_memory.h"
 #include "row_builder.h"
 #include "utf8_chunks.h"
@@ -241,7 +241,7 @@ std::optional<Row_Store> Read_Persisted(String_View text) {
     // By a NUL at the beginning the parser would take the text for one of two bytes a character.
     if (text.size() > longest || text.substr(0, 4).find(u'\0') != String_View::npos)
         return std::nullopt;
-    if (auto rows = Read_Own_Shape(text))
+    if (auto rows = Read_Canonical_Form(text))
         return rows;
     return Read_With_Parser(text);
 }

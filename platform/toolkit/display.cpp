@@ -3,14 +3,14 @@
 #include <cstdlib>
 
 #include "automation/create.h"
-#include "toolkit/display_source.h"
-#include "toolkit/unseen_display.h"
+#include "toolkit/display_factory.h"
+#include "toolkit/headless_display.h"
 
 namespace toolkit {
 
 namespace {
 
-class No_Display : public Unseen_Display {
+class No_Display : public Headless_Display {
 public:
     void Run_Modal(Form&) override {
         throw automation::Failure(automation::Status_Unspecified,
@@ -69,16 +69,16 @@ std::unique_ptr<Display> Own_Display() {
 } // namespace
 
 std::unique_ptr<Display> Open_Display(String_View program_identity) {
-    const auto source = automation::Create_Bound<Display_Source>(program_identity);
+    const auto source = automation::Create_Bound<Display_Factory>(program_identity);
     Display* display = nullptr;
-    automation::Call(source, &Display_Source::Open_Display, display);
+    automation::Call(source, &Display_Factory::Open_Display, display);
     return std::unique_ptr<Display>(display);
 }
 
 std::unique_ptr<Display> Open_Played_Display(Player& player, String_View program_identity) {
-    const auto source = automation::Create_Bound<Played_Display_Source>(program_identity);
+    const auto source = automation::Create_Bound<Played_Display_Factory>(program_identity);
     Display* display = nullptr;
-    automation::Call(source, &Played_Display_Source::Open_Played_Display, display, player);
+    automation::Call(source, &Played_Display_Factory::Open_Played_Display, display, player);
     return std::unique_ptr<Display>(display);
 }
 

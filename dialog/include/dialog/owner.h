@@ -36,8 +36,8 @@ protected:
 // the texts last as long as the call.
 using Take_Failure = void(void* taker, String_View source, Long number, String_View description);
 
-// Hands the failure in flight to `take`, without a copy: there may be no memory for one. From a catch clause
-// only; what `take` throws is lost.
+// Input_Driver the failure in flight to `take`, without a copy: there may be no memory for one. From a catch
+// clause only; what `take` throws is lost.
 void Hand_Over_Failure(Take_Failure* take, void* taker) noexcept;
 template <typename Taker>
 void Hand_Over_Failure(Taker taker) noexcept {
@@ -48,7 +48,7 @@ void Hand_Over_Failure(Taker taker) noexcept {
         &taker);
 }
 
-// Hands the failure in flight to the sink. From a catch clause only.
+// Input_Driver the failure in flight to the sink. From a catch clause only.
 void Report(Error_Sink& sink, String_View procedure, Object_Index object) noexcept;
 
 // The trap of a procedure: runs `body`; a failure is reported under the procedure's literal name and the

@@ -22,7 +22,7 @@
 #include <memory>
 #include <stdexcept>
 
-#include "toolkit/hands.h"
+#include "toolkit/input_driver.h"
 
 namespace terminal {
 
@@ -36,7 +36,7 @@ struct Cannot_Show : std::runtime_error {
 // Display with toolkit::Set_Display, and discards its forms before it destroys it.
 std::unique_ptr<toolkit::Display> Create_Terminal_Display();
 
-// On a terminal of its own, which nobody sees, with a player in the place of a person: its hands send keys.
+// On a terminal of its own, which nobody sees, with a player in the place of a person: it sends keys.
 // The player outlives the Display. Throws Cannot_Show when there is no such terminal to be had.
 std::unique_ptr<toolkit::Display> Create_Played_Terminal_Display(toolkit::Player& player);
 

@@ -13,7 +13,7 @@
 
 #include <memory>
 
-#include "toolkit/hands.h"
+#include "toolkit/input_driver.h"
 
 namespace window {
 
@@ -21,7 +21,7 @@ namespace window {
 // discards its forms before. Throws Cannot_Show (window/qt_display.h) when there is no screen to show
 // anything on, or when the host's application has no widgets.
 std::unique_ptr<toolkit::Display> Open_Display();
-// The same with a player in the place of a person, whose hands synthesise input. The player outlives the
+// The same with a player in the place of a person, who synthesises input. The player outlives the
 // Display. Throws Cannot_Show on the thread of the host's application, too.
 std::unique_ptr<toolkit::Display> Open_Played_Display(toolkit::Player& player);
 

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "automation/text.h"
-#include "toolkit/display_source.h"
+#include "toolkit/display_factory.h"
 
 namespace host {
 

@@ -8,15 +8,15 @@
 #include <functional>
 
 #include "scripts/script.h"
-#include "toolkit/hands.h"
-#include "toolkit/unseen_display.h"
+#include "toolkit/headless_display.h"
+#include "toolkit/input_driver.h"
 
 namespace host {
 
-class Script_Display final : public toolkit::Unseen_Display, public toolkit::Player {
+class Script_Display final : public toolkit::Headless_Display, public toolkit::Player {
 public:
     // Acts on the dialog until it is not visible any more.
-    std::function<void(toolkit::Form&, toolkit::Hands&)> On_Modal;
+    std::function<void(toolkit::Form&, toolkit::Input_Driver&)> On_Modal;
 
     void Queue_Answer(Long answer) { answers.push_back(answer); }
     // From now on boxes are answered so that a dialog closes: a save question with discard, others with OK.
@@ -25,11 +25,11 @@ public:
     void Run_Modal(toolkit::Form& form) override { Play(form, bare); }
     Long Show_Message(const toolkit::Message& message) override { return Answer(message); }
 
-    void Play(toolkit::Form& form, toolkit::Hands& hands) override { On_Modal(form, hands); }
+    void Play(toolkit::Form& form, toolkit::Input_Driver& driver) override { On_Modal(form, driver); }
     Long Answer(const toolkit::Message& message) override;
 
 private:
-    toolkit::Hands bare;
+    toolkit::Input_Driver bare;
     std::deque<Long> answers;
     bool closing = false;
 };

@@ -26,7 +26,7 @@ public:
     bool Run(std::vector<Command> script);
 
 private:
-    using Refusal = toolkit::Hands::Refusal;
+    using Refusal = toolkit::Input_Driver::Refusal;
 
     void Run_Next();
     Refusal Perform(const Command& command);
@@ -35,7 +35,7 @@ private:
     Refusal Show(const Command& command);
     Refusal Show_Items(const Command& command);
 
-    void Act_On(toolkit::Form& form, toolkit::Hands& used);
+    void Act_On(toolkit::Form& form, toolkit::Input_Driver& used);
     void Close_At_End(toolkit::Form& form);
     bool Is_Up() const { return modal && modal->Is_Visible(); }
     toolkit::Form* Loaded_Form() const;
@@ -46,7 +46,7 @@ private:
     std::vector<Command> commands;
     std::size_t next = 0;
     toolkit::Form* modal = nullptr;
-    toolkit::Hands* hands = nullptr; // of the modal form
+    toolkit::Input_Driver* driver = nullptr; // of the modal form
     bool stayed_up = false;
 };
 

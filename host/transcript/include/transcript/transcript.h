@@ -7,7 +7,7 @@
 
 #include <ostream>
 
-#include "toolkit/seen.h"
+#include "toolkit/snapshot.h"
 #include "transcript/job.h"
 
 namespace host {
@@ -22,8 +22,8 @@ public:
     void Box(const toolkit::Message& message, Long answer);
     void No_Form();
     // `seen`: what is shown of it.
-    void Form(const toolkit::Form& form, const toolkit::Seen_Form& seen);
-    void Control(const toolkit::Control& control, const toolkit::Seen_Control& seen);
+    void Form(const toolkit::Form& form, const toolkit::Form_Snapshot& seen);
+    void Control(const toolkit::Control& control, const toolkit::Control_Snapshot& seen);
     void Items(const toolkit::List_Control& list);
     // A line of a script, counted from 1, that a user could not perform.
     void Refused(int line, String_View command, String_View reason);

@@ -29,8 +29,8 @@ bool Is_Well_Formed(String_View text);
 bool Is_Unseen(char32_t character);
 
 // Only the space character counts, as everywhere in the editor's fields.
-String Without_Trailing_Spaces(String_View text);
-String Without_Leading_Spaces(String_View text);
+String Trim_Right(String_View text);
+String Trim_Left(String_View text);
 
 // Keys of collections and names of fields and classes are compared without regard to case.
 String Case_Folded(String_View text);

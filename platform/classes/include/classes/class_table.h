@@ -30,7 +30,7 @@ struct Class_Description {
 void Provide_Class(Class_Description description);
 void Revoke_Class(String_View program_identity);
 // As Automation_Create, but passing over what is provided: what a provided class stands in front of.
-Reference<Unknown> Create_Behind(String_View program_identity);
+Reference<Unknown> Create_Underlying(String_View program_identity);
 
 // For what is neither provided nor registered. The second form names a module's file by an absolute path.
 void Offer_Class(Class_Description description);

@@ -39,7 +39,7 @@ public:
     virtual void Write_Text(String_View text) = 0; // at the position, overwriting; no line separator
     // What Write_Text does to an empty stream, without a copy: the caller keeps the text as it is until the
     // stream is closed or gone. 3001 when the stream holds something.
-    virtual void Lend_Text(String_View text) = 0;
+    virtual void Borrow_Text(String_View text) = 0;
     virtual std::int64_t Position() const = 0;            // bytes from the start, two a code unit
     virtual void Set_Position(std::int64_t position) = 0; // 3001 outside 0 .. Size or on half a unit
     virtual std::int64_t Size() const = 0;                // bytes

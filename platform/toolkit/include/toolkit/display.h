@@ -67,7 +67,7 @@ public:
 };
 
 // The Display of the calling thread: the installed one, or one that the thread gets of its own
-// (toolkit/display_source.h) and keeps to its end. When there is none to be had, forms can be loaded but not
+// (toolkit/display_factory.h) and keeps to its end. When there is none to be had, forms can be loaded but not
 // shown: showing one modally fails and a message box answers Not_Shown.
 Display& Current_Display();
 // Null takes the installed one away.

@@ -11,6 +11,6 @@ namespace recordset {
 
 // What the XML parser would make of the same text. Nothing when the text is of another shape in the least:
 // that says nothing about whether it is readable. Throws std::bad_alloc only.
-std::optional<Row_Store> Read_Own_Shape(automation::String_View text);
+std::optional<Row_Store> Read_Canonical_Form(automation::String_View text);
 
 } // namespace recordset

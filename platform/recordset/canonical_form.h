@@ -4,7 +4,7 @@
 
 #include "automation/text.h"
 
-namespace recordset::own_shape {
+namespace recordset::canonical_form {
 
 using automation::String;
 using automation::String_View;
@@ -55,4 +55,4 @@ struct Escape {
 constexpr Escape Escapes[]{{u'&', u"&amp;"},  {u'<', u"&lt;"},   {u'>', u"&gt;"},   {u'\'', u"&apos;"},
                            {u'"', u"&quot;"}, {u'\t', u"&#x9;"}, {u'\n', u"&#xA;"}, {u'\r', u"&#xD;"}};
 
-} // namespace recordset::own_shape
+} // namespace recordset::canonical_form

@@ -1,4 +1,4 @@
-#include "looking.h"
+#include "snapshot.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
@@ -14,13 +14,13 @@ namespace window {
 
 namespace {
 
-void Look_At_Line(toolkit::Seen_Control& seen, const QLineEdit& line) {
+void Look_At_Line(toolkit::Control_Snapshot& seen, const QLineEdit& line) {
     seen.Text = From_Qt(line.text());
     const int caret = line.hasSelectedText() ? line.selectionStart() : line.cursorPosition();
     seen.Caret = static_cast<std::size_t>(caret);
 }
 
-void Look_At_Combo(toolkit::Seen_Control& seen, const QComboBox& combo) {
+void Look_At_Combo(toolkit::Control_Snapshot& seen, const QComboBox& combo) {
     seen.Text = From_Qt(combo.currentText());
     if (combo.lineEdit())
         Look_At_Line(seen, *combo.lineEdit());
@@ -28,7 +28,7 @@ void Look_At_Combo(toolkit::Seen_Control& seen, const QComboBox& combo) {
     seen.Count = combo.count();
 }
 
-void Look_At_List(toolkit::Seen_Control& seen, const QListView& list) {
+void Look_At_List(toolkit::Control_Snapshot& seen, const QListView& list) {
     seen.Text = From_Qt(list.currentIndex().data().toString());
     seen.Index = list.currentIndex().row();
     seen.Count = list.model()->rowCount();
@@ -45,8 +45,8 @@ toolkit::String Caption_Of(const QWidget& widget) {
 
 } // namespace
 
-toolkit::Seen_Control Look_At(const toolkit::Control& control, const QWidget& widget, double scale) {
-    toolkit::Seen_Control seen;
+toolkit::Control_Snapshot Snapshot_Of(const toolkit::Control& control, const QWidget& widget, double scale) {
+    toolkit::Control_Snapshot seen;
     seen.Enabled = widget.isEnabledTo(widget.parentWidget());
     seen.Visible = !widget.isHidden();
     seen.Place = Twips(widget.geometry(), scale);
@@ -64,7 +64,7 @@ toolkit::Seen_Control Look_At(const toolkit::Control& control, const QWidget& wi
     return seen;
 }
 
-toolkit::Seen_Form Look_At(const toolkit::Form& form, const QWidget& dialog, double scale) {
+toolkit::Form_Snapshot Snapshot_Of(const toolkit::Form& form, const QWidget& dialog, double scale) {
     toolkit::Rectangle place = Twips(QRect(dialog.pos(), dialog.size()), scale); // it begins with its frame
     place.Width += form.Border().Width;
     place.Height += form.Border().Height;

@@ -1,10 +1,10 @@
-#include "own_shape_reader.h"
+#include "canonical_reader.h"
 
 #include <algorithm>
 #include <cstring>
 #include <utility>
 
-#include "own_shape.h"
+#include "canonical_form.h"
 #include "packed_texts.h"
 
 namespace recordset {
@@ -17,9 +17,9 @@ using automation::String_View;
 // A row looks at each field once: with more of them its time would not be linear in the text any more.
 constexpr std::size_t Most_Fields = 64;
 
-class Own_Shape_Reader {
+class Canonical_Reader {
 public:
-    explicit Own_Shape_Reader(String_View text) : rest(text) {}
+    explicit Canonical_Reader(String_View text) : rest(text) {}
     std::optional<Row_Store> Read();
 
 private:
@@ -39,7 +39,7 @@ private:
     Packed_Texts texts{store};
 };
 
-bool Own_Shape_Reader::Take(String_View piece) {
+bool Canonical_Reader::Take(String_View piece) {
     if (rest.size() < piece.size() ||
         std::memcmp(rest.data(), piece.data(), piece.size() * sizeof(char16_t)) != 0)
         return false;
@@ -48,7 +48,7 @@ bool Own_Shape_Reader::Take(String_View piece) {
 }
 
 // A value of the schema, with the quote behind it.
-std::optional<String> Own_Shape_Reader::Take_Value() {
+std::optional<String> Canonical_Reader::Take_Value() {
     Row_Store kept;
     Packed_Texts value(kept);
     if (!value.Take(rest))
@@ -57,59 +57,60 @@ std::optional<String> Own_Shape_Reader::Take_Value() {
     return automation::From_UTF8(kept.Text(value.Place()));
 }
 
-bool Own_Shape_Reader::Take_Digits() {
+bool Canonical_Reader::Take_Digits() {
     const auto value = Take_Value();
     return value && value->find_first_not_of(u"0123456789") == String::npos;
 }
 
-bool Own_Shape_Reader::Take_Fields() {
-    while (Take(own_shape::Field_Begin))
+bool Canonical_Reader::Take_Fields() {
+    while (Take(canonical_form::Field_Begin))
         if (attributes.size() == Most_Fields || !Take_Field())
             return false;
-    return Take(own_shape::Data_Begin);
+    return Take(canonical_form::Data_Begin);
 }
 
-bool Own_Shape_Reader::Take_Field() {
+bool Canonical_Reader::Take_Field() {
     Row_Store::Field field{};
     if (!Take_Name(field.Name))
         return false;
     field.Decode = Take_Type();
     store.Add_Field(std::move(field));
-    return store.Fields().back().Decode && Take(own_shape::Field_End);
+    return store.Fields().back().Decode && Take(canonical_form::Field_End);
 }
 
-bool Own_Shape_Reader::Take_Name(String& own_name) {
-    const auto attribute = Take(own_shape::Name) ? Take_Value() : std::nullopt;
-    const auto name = attribute && Take(own_shape::Own_Name) ? Take_Value() : attribute;
-    if (!name || !own_shape::Is_Legal_Name(*attribute))
+bool Canonical_Reader::Take_Name(String& own_name) {
+    const auto attribute = Take(canonical_form::Name) ? Take_Value() : std::nullopt;
+    const auto name = attribute && Take(canonical_form::Own_Name) ? Take_Value() : attribute;
+    if (!name || !canonical_form::Is_Legal_Name(*attribute))
         return false;
     own_name = *name;
-    attributes.push_back(own_shape::Before_Value(*attribute));
+    attributes.push_back(canonical_form::Before_Value(*attribute));
     const bool is_new =
         std::find(attributes.begin(), attributes.end(), attributes.back()) + 1 == attributes.end();
-    return is_new && Take(own_shape::Number) && Take_Digits();
+    return is_new && Take(canonical_form::Number) && Take_Digits();
 }
 
 // Null when it is none that the writer writes.
-Decoder Own_Shape_Reader::Take_Type() {
-    const auto name = Take(own_shape::Type_Begin) && Take(own_shape::Type) ? Take_Value() : std::nullopt;
-    if (!name || (Take(own_shape::Longest) && !Take_Digits()))
+Decoder Canonical_Reader::Take_Type() {
+    const auto name =
+        Take(canonical_form::Type_Begin) && Take(canonical_form::Type) ? Take_Value() : std::nullopt;
+    if (!name || (Take(canonical_form::Longest) && !Take_Digits()))
         return nullptr;
-    Take(own_shape::Fixed_Length);
-    const auto* type = std::find(std::begin(own_shape::Types), std::end(own_shape::Types), *name);
-    return type == std::end(own_shape::Types) ? nullptr : Decoder_Of(automation::To_UTF8(*type));
+    Take(canonical_form::Fixed_Length);
+    const auto* type = std::find(std::begin(canonical_form::Types), std::end(canonical_form::Types), *name);
+    return type == std::end(canonical_form::Types) ? nullptr : Decoder_Of(automation::To_UTF8(*type));
 }
 
-bool Own_Shape_Reader::Take_Row() {
+bool Canonical_Reader::Take_Row() {
     for (std::uint32_t column = 0; rest.starts_with(u' '); ++column)
         if (column == attributes.size() || !Take_Column(column))
             return false;
     store.End_Row();
-    return Take(own_shape::Row_End);
+    return Take(canonical_form::Row_End);
 }
 
 // True also when the row has no value in that column.
-bool Own_Shape_Reader::Take_Column(std::uint32_t column) {
+bool Canonical_Reader::Take_Column(std::uint32_t column) {
     if (!Take(attributes[column]))
         return true;
     if (!texts.Take(rest))
@@ -122,14 +123,14 @@ bool Own_Shape_Reader::Take_Column(std::uint32_t column) {
     return value && Decoded_As(decode, *value);
 }
 
-std::optional<Row_Store> Own_Shape_Reader::Read() {
-    if (!Take(own_shape::Beginning()) || !Take_Fields())
+std::optional<Row_Store> Canonical_Reader::Read() {
+    if (!Take(canonical_form::Beginning()) || !Take_Fields())
         return std::nullopt;
     store.Reserve(rest.size() / 2, rest.size() / 16); // mostly enough, and untouched memory costs nothing
-    while (Take(own_shape::Row_Begin))
+    while (Take(canonical_form::Row_Begin))
         if (!Take_Row())
             return std::nullopt;
-    if (rest != own_shape::End)
+    if (rest != canonical_form::End)
         return std::nullopt;
     texts.Flush();
     store.Shrink();
@@ -138,8 +139,8 @@ std::optional<Row_Store> Own_Shape_Reader::Read() {
 
 } // namespace
 
-std::optional<Row_Store> Read_Own_Shape(String_View text) {
-    return Own_Shape_Reader(text).Read();
+std::optional<Row_Store> Read_Canonical_Form(String_View text) {
+    return Canonical_Reader(text).Read();
 }
 
 } // namespace recordset

@@ -1,4 +1,4 @@
-#include "synthetic_hands.h"
+#include "synthetic_input.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -11,14 +11,14 @@
 #include <QWindow>
 
 #include "event_turn.h"
-#include "looking.h"
 #include "qt_text.h"
+#include "snapshot.h"
 
 namespace window {
 
 namespace user_input = toolkit::user_input;
 using toolkit::Control;
-using Refusal = toolkit::Hands::Refusal;
+using Refusal = toolkit::Input_Driver::Refusal;
 
 namespace {
 
@@ -57,7 +57,7 @@ bool Has_Key(const QString& character) {
 
 // On Qt's thread
 
-void Synthetic_Hands::Await_Activation() {
+void Synthetic_Input::Await_Activation() {
     constexpr int Long_Enough = 2000; // milliseconds
     QElapsedTimer waiting;
     waiting.start();
@@ -82,7 +82,7 @@ void Click_Button_Soon(QWidget& button) {
 
 // On the form's thread
 
-Refusal Synthetic_Hands::Do(const std::function<void()>& work) {
+Refusal Synthetic_Input::Do(const std::function<void()>& work) {
     const auto ready = [&] {
         Await_Activation();
         if (!inactive)
@@ -93,31 +93,31 @@ Refusal Synthetic_Hands::Do(const std::function<void()>& work) {
     return inactive ? Refusal(u"the window cannot be made the active one") : Refusal();
 }
 
-toolkit::Seen_Control Synthetic_Hands::Look(const Control& control) {
-    toolkit::Seen_Control seen = toolkit::Held_By(control);
+toolkit::Control_Snapshot Synthetic_Input::Look(const Control& control) {
+    toolkit::Control_Snapshot seen = toolkit::Held_By(control);
     on_qt([&] {
         Take_Turn(QEventLoop::AllEvents); // the widgets come up to date
-        seen = Look_At(control, *window.Widget_Of(control), window.Scale());
+        seen = Snapshot_Of(control, *window.Widget_Of(control), window.Scale());
     });
     return seen;
 }
 
-toolkit::Seen_Form Synthetic_Hands::Look(const toolkit::Form& form) {
-    toolkit::Seen_Form seen = toolkit::Held_By(form);
+toolkit::Form_Snapshot Synthetic_Input::Look(const toolkit::Form& form) {
+    toolkit::Form_Snapshot seen = toolkit::Held_By(form);
     on_qt([&] {
         Take_Turn(QEventLoop::AllEvents);
-        seen = Look_At(form, window.Dialog(), window.Scale());
+        seen = Snapshot_Of(form, window.Dialog(), window.Scale());
     });
     return seen;
 }
 
-Refusal Synthetic_Hands::Stroke(int key, const QString& text) {
+Refusal Synthetic_Input::Stroke(int key, const QString& text) {
     if (auto refusal = Do([&] { Key_Event(QEvent::KeyPress, key, text); }))
         return refusal;
     return Do([&] { Key_Event(QEvent::KeyRelease, key, text); });
 }
 
-Refusal Synthetic_Hands::Click(const std::function<void(QWindow*& over, QPoint& place)>& aim) {
+Refusal Synthetic_Input::Click(const std::function<void(QWindow*& over, QPoint& place)>& aim) {
     QWindow* found = nullptr;
     QPointer<QWindow> over;
     QPoint place;
@@ -137,19 +137,19 @@ Refusal Synthetic_Hands::Click(const std::function<void(QWindow*& over, QPoint& 
     });
 }
 
-Refusal Synthetic_Hands::Move_Focus(Control& control) {
+Refusal Synthetic_Input::Move_Focus(Control& control) {
     if (control.Owner_Form().Focused() == &control)
         return {};
     return Do([&] { window.Widget_Of(control)->setFocus(Qt::ShortcutFocusReason); });
 }
 
-Refusal Synthetic_Hands::Focus(Control& control) {
+Refusal Synthetic_Input::Focus(Control& control) {
     if (auto refusal = user_input::Can_Focus(control))
         return refusal;
     return Move_Focus(control);
 }
 
-Refusal Synthetic_Hands::Enter_Text(Control& control) {
+Refusal Synthetic_Input::Enter_Text(Control& control) {
     if (auto refusal = user_input::Can_Edit(control))
         return refusal;
     if (control.Owner_Form().Focused() == &control)
@@ -160,7 +160,7 @@ Refusal Synthetic_Hands::Enter_Text(Control& control) {
     return user_input::Can_Edit(control) ? Refusal() : Stroke(Qt::Key_End);
 }
 
-Refusal Synthetic_Hands::Type(Control& control, toolkit::String_View character) {
+Refusal Synthetic_Input::Type(Control& control, toolkit::String_View character) {
     if (auto refusal = user_input::Can_Edit(control))
         return refusal;
     const QString text = To_Qt(character);
@@ -169,7 +169,7 @@ Refusal Synthetic_Hands::Type(Control& control, toolkit::String_View character) 
     return Stroke(text.size() == 1 ? text.at(0).toUpper().unicode() : int{Qt::Key_unknown}, text);
 }
 
-Refusal Synthetic_Hands::Commit(Control& control, const QString& text) {
+Refusal Synthetic_Input::Commit(Control& control, const QString& text) {
     return Do([&] {
         QInputMethodEvent event;
         event.setCommitString(text);
@@ -177,13 +177,13 @@ Refusal Synthetic_Hands::Commit(Control& control, const QString& text) {
     });
 }
 
-Refusal Synthetic_Hands::Backspace(Control& control) {
+Refusal Synthetic_Input::Backspace(Control& control) {
     if (auto refusal = user_input::Can_Edit(control))
         return refusal;
     return Stroke(Qt::Key_Backspace);
 }
 
-Refusal Synthetic_Hands::Replace(Control& control, std::size_t start, std::size_t length,
+Refusal Synthetic_Input::Replace(Control& control, std::size_t start, std::size_t length,
                                  toolkit::String_View text) {
     if (auto refusal = user_input::Can_Edit(control))
         return refusal;
@@ -207,7 +207,7 @@ Refusal Synthetic_Hands::Replace(Control& control, std::size_t start, std::size_
     return Commit(control, To_Qt(text));
 }
 
-Refusal Synthetic_Hands::Pick(Control& control, automation::Long index) {
+Refusal Synthetic_Input::Pick(Control& control, automation::Long index) {
     if (auto refusal = user_input::Can_Pick(control, index))
         return refusal;
     if (auto refusal = Move_Focus(control))
@@ -220,7 +220,7 @@ Refusal Synthetic_Hands::Pick(Control& control, automation::Long index) {
     return Click_Entry(control, index);
 }
 
-Refusal Synthetic_Hands::Click_Entry(Control& control, int row) {
+Refusal Synthetic_Input::Click_Entry(Control& control, int row) {
     return Click([&](QWindow*& over, QPoint& place) {
         QAbstractItemView& view = Entries_Of(*window.Widget_Of(control));
         const QModelIndex entry = view.model()->index(row, 0);
@@ -231,7 +231,7 @@ Refusal Synthetic_Hands::Click_Entry(Control& control, int row) {
 }
 
 // A button that lies under another control, or outside the window, is reached by keys.
-Refusal Synthetic_Hands::Press(Control& control) {
+Refusal Synthetic_Input::Press(Control& control) {
     if (auto refusal = user_input::Can_Press(control))
         return refusal;
     bool in_reach = false;
@@ -250,7 +250,7 @@ Refusal Synthetic_Hands::Press(Control& control) {
     return user_input::Can_Press(control) ? Refusal() : Stroke(Qt::Key_Space, QStringLiteral(" "));
 }
 
-Refusal Synthetic_Hands::Press_Key(toolkit::Form& form, user_input::Key key) {
+Refusal Synthetic_Input::Press_Key(toolkit::Form& form, user_input::Key key) {
     if (auto refusal = user_input::Can_Press_Key(form, key))
         return refusal;
     switch (key) {
@@ -264,7 +264,7 @@ Refusal Synthetic_Hands::Press_Key(toolkit::Form& form, user_input::Key key) {
     return {};
 }
 
-Refusal Synthetic_Hands::Close(toolkit::Form& form) {
+Refusal Synthetic_Input::Close(toolkit::Form& form) {
     if (auto refusal = user_input::Can_Close(form))
         return refusal;
     return Do([&] { window.Dialog().close(); });

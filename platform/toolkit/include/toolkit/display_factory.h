@@ -19,7 +19,7 @@ constexpr automation::String_View Terminal_Identity = u"KOR_Terminal.Display";
 constexpr automation::Identity Terminal_Class{
     0xB9E3410C, 0x5D7A, 0x42F6, {0xA8, 0x1B, 0x60, 0x0F, 0x97, 0xD4, 0x2C, 0x3E}};
 
-class Display_Source : public automation::Unknown {
+class Display_Factory : public automation::Unknown {
 public:
     static constexpr automation::Identity Interface_Identity{
         0xC84F2D16, 0x0B73, 0x4A5E, {0x88, 0x29, 0x6F, 0xD1, 0x3C, 0xA0, 0x57, 0xE2}};
@@ -29,7 +29,7 @@ public:
     virtual automation::Status Open_Display(Display*& display) = 0;
 
 protected:
-    ~Display_Source() = default;
+    ~Display_Factory() = default;
 };
 
 // What the window's class can do besides.
@@ -48,7 +48,7 @@ protected:
 
 class Player;
 
-class Played_Display_Source : public automation::Unknown {
+class Played_Display_Factory : public automation::Unknown {
 public:
     static constexpr automation::Identity Interface_Identity{
         0x8A1D9E46, 0x27F3, 0x4C05, {0xB7, 0x62, 0x5E, 0x90, 0xD4, 0x1C, 0x3B, 0xA8}};
@@ -58,7 +58,7 @@ public:
     virtual automation::Status Open_Played_Display(Display*& display, Player& player) = 0;
 
 protected:
-    ~Played_Display_Source() = default;
+    ~Played_Display_Factory() = default;
 };
 
 // A Display of the registered or offered source; throws automation::Failure.

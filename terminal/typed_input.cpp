@@ -1,4 +1,4 @@
-#include "typed_hands.h"
+#include "typed_input.h"
 
 #include <algorithm>
 
@@ -10,7 +10,7 @@ namespace terminal {
 namespace user_input = toolkit::user_input;
 using automation::Long;
 using toolkit::Control;
-using Refusal = toolkit::Hands::Refusal;
+using Refusal = toolkit::Input_Driver::Refusal;
 
 namespace {
 
@@ -56,7 +56,7 @@ std::string Key_Of_Answer(Long answer) {
                                         : Enter;
 }
 
-void Typed_Hands::Send(const Keys& sent) {
+void Typed_Input::Send(const Keys& sent) {
     device.Add(sent);
     while (!device.Is_Empty()) {
         const Key key = screen.Wait_For_Key();
@@ -68,7 +68,7 @@ void Typed_Hands::Send(const Keys& sent) {
     }
 }
 
-void Typed_Hands::Go_To(Control& control) {
+void Typed_Input::Go_To(Control& control) {
     const toolkit::Form& form = control.Owner_Form();
     if (Has_Focus(control))
         return;
@@ -80,14 +80,14 @@ void Typed_Hands::Go_To(Control& control) {
         user_input::Focus(control);
 }
 
-Refusal Typed_Hands::Focus(Control& control) {
+Refusal Typed_Input::Focus(Control& control) {
     Refusal refusal = user_input::Can_Focus(control);
     if (!refusal)
         Go_To(control);
     return refusal;
 }
 
-Refusal Typed_Hands::Enter_Text(Control& control) {
+Refusal Typed_Input::Enter_Text(Control& control) {
     Refusal refusal = user_input::Can_Edit(control);
     if (refusal || Has_Focus(control))
         return refusal;
@@ -98,7 +98,7 @@ Refusal Typed_Hands::Enter_Text(Control& control) {
     return {};
 }
 
-Refusal Typed_Hands::Type(Control& control, toolkit::String_View character) {
+Refusal Typed_Input::Type(Control& control, toolkit::String_View character) {
     const std::string key = Typed(character);
     if (key.empty() || !Has_Focus(control))
         return user_input::Type(control, character);
@@ -108,7 +108,7 @@ Refusal Typed_Hands::Type(Control& control, toolkit::String_View character) {
     return refusal;
 }
 
-Refusal Typed_Hands::Backspace(Control& control) {
+Refusal Typed_Input::Backspace(Control& control) {
     if (!Has_Focus(control))
         return user_input::Backspace(control);
     Refusal refusal = user_input::Can_Edit(control);
@@ -118,7 +118,7 @@ Refusal Typed_Hands::Backspace(Control& control) {
 }
 
 // By the keys that move the caret; false when none leads there.
-bool Typed_Hands::Select(toolkit::Text_Control& field, std::size_t start, std::size_t length) {
+bool Typed_Input::Select(toolkit::Text_Control& field, std::size_t start, std::size_t length) {
     const std::size_t size = field.Text().size();
     if (start == 0 && length >= size) {
         Send({Select_All});
@@ -130,7 +130,7 @@ bool Typed_Hands::Select(toolkit::Text_Control& field, std::size_t start, std::s
     return length == 0 && field.Selection_Start() == std::min(start, size);
 }
 
-Refusal Typed_Hands::Replace(Control& control, std::size_t start, std::size_t length,
+Refusal Typed_Input::Replace(Control& control, std::size_t start, std::size_t length,
                              toolkit::String_View text) {
     if (auto refusal = user_input::Can_Edit(control))
         return refusal;
@@ -148,7 +148,7 @@ Refusal Typed_Hands::Replace(Control& control, std::size_t start, std::size_t le
     return {};
 }
 
-Refusal Typed_Hands::Pick(Control& control, Long index) {
+Refusal Typed_Input::Pick(Control& control, Long index) {
     if (auto refusal = user_input::Can_Pick(control, index))
         return refusal;
     Go_To(control);
@@ -170,7 +170,7 @@ Refusal Typed_Hands::Pick(Control& control, Long index) {
     return {};
 }
 
-Refusal Typed_Hands::Press(Control& control) {
+Refusal Typed_Input::Press(Control& control) {
     if (auto refusal = user_input::Can_Press(control))
         return refusal;
     Go_To(control);
@@ -179,14 +179,14 @@ Refusal Typed_Hands::Press(Control& control) {
     return {};
 }
 
-Refusal Typed_Hands::Press_Key(toolkit::Form& form, user_input::Key key) {
+Refusal Typed_Input::Press_Key(toolkit::Form& form, user_input::Key key) {
     Refusal refusal = user_input::Can_Press_Key(form, key);
     if (!refusal)
         Send({key == user_input::Key::Enter ? Enter : key == user_input::Key::Escape ? Escape : Tab});
     return refusal;
 }
 
-Refusal Typed_Hands::Close(toolkit::Form& form) {
+Refusal Typed_Input::Close(toolkit::Form& form) {
     Refusal refusal = user_input::Can_Close(form);
     if (!refusal)
         Send({Close_Box});

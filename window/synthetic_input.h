@@ -1,4 +1,5 @@
-// Hands that use a form's window as a person does: by key strokes and mouse clicks that its window is sent.
+// Input_Driver that use a form's window as a person does: by key strokes and mouse clicks that its window is
+// sent.
 //
 // A verb runs on the form's thread and ends when everything that came of it has ended, boxes included. Each
 // press and each release is a hand-over of its own, because what a press does may wait for a person. Nothing
@@ -9,24 +10,24 @@
 #include <functional>
 
 #include "form_window.h"
-#include "toolkit/hands.h"
+#include "toolkit/input_driver.h"
 
 class QAbstractItemView;
 class QWindow;
 
 namespace window {
 
-class Synthetic_Hands final : public toolkit::Hands {
+class Synthetic_Input final : public toolkit::Input_Driver {
 public:
     // Does something on Qt's thread; false: that has gone.
     using On_Qt = std::function<bool(const std::function<void()>&)>;
 
-    // The window outlives the hands.
-    Synthetic_Hands(Form_Window& window, On_Qt on_qt) : window(window), on_qt(std::move(on_qt)) {}
+    // The window outlives the driver.
+    Synthetic_Input(Form_Window& window, On_Qt on_qt) : window(window), on_qt(std::move(on_qt)) {}
 
     // What the widgets show; what the controls hold once Qt's thread has gone.
-    toolkit::Seen_Control Look(const toolkit::Control& control) override;
-    toolkit::Seen_Form Look(const toolkit::Form& form) override;
+    toolkit::Control_Snapshot Look(const toolkit::Control& control) override;
+    toolkit::Form_Snapshot Look(const toolkit::Form& form) override;
     Refusal Focus(toolkit::Control& control) override;
     Refusal Enter_Text(toolkit::Control& control) override;
     Refusal Type(toolkit::Control& control, toolkit::String_View character) override;

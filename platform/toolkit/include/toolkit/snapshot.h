@@ -5,7 +5,7 @@
 
 namespace toolkit {
 
-struct Seen_Control {
+struct Control_Snapshot {
     bool Enabled = false; // it, and
     bool Visible = false; // not what contains it
     Rectangle Place;      // in its container
@@ -17,14 +17,14 @@ struct Seen_Control {
     automation::Long Count = 0;
 };
 
-struct Seen_Form {
+struct Form_Snapshot {
     String Caption;
     Rectangle Place;
     String Focus; // the control that has it; empty: none
 };
 
 // What the controls themselves hold.
-Seen_Control Held_By(const Control& control);
-Seen_Form Held_By(const Form& form);
+Control_Snapshot Held_By(const Control& control);
+Form_Snapshot Held_By(const Form& form);
 
 } // namespace toolkit

@@ -1,9 +1,9 @@
-#include "toolkit/seen.h"
+#include "toolkit/snapshot.h"
 
 namespace toolkit {
 
-Seen_Control Held_By(const Control& control) {
-    Seen_Control seen;
+Control_Snapshot Held_By(const Control& control) {
+    Control_Snapshot seen;
     seen.Enabled = control.Enabled();
     seen.Visible = control.Visible();
     seen.Place = control.Place();
@@ -21,7 +21,7 @@ Seen_Control Held_By(const Control& control) {
     return seen;
 }
 
-Seen_Form Held_By(const Form& form) {
+Form_Snapshot Held_By(const Form& form) {
     const Control* const focused = form.Focused();
     return {form.Caption(), form.Place(), focused ? focused->Name() : String()};
 }

@@ -4,19 +4,19 @@
 // The verbs and their refusals are those of toolkit/user_input.h. Everything comes on the form's thread.
 #pragma once
 
-#include "toolkit/seen.h"
+#include "toolkit/snapshot.h"
 #include "toolkit/user_input.h"
 
 namespace toolkit {
 
-// These hands act on the bare controls.
-class Hands {
+// This one acts on the bare controls.
+class Input_Driver {
 public:
     using Refusal = user_input::Refusal;
 
-    virtual ~Hands() = default;
-    virtual Seen_Control Look(const Control& control) { return Held_By(control); }
-    virtual Seen_Form Look(const Form& form) { return Held_By(form); }
+    virtual ~Input_Driver() = default;
+    virtual Control_Snapshot Look(const Control& control) { return Held_By(control); }
+    virtual Form_Snapshot Look(const Form& form) { return Held_By(form); }
     virtual Refusal Focus(Control& control) { return user_input::Focus(control); }
     virtual Refusal Enter_Text(Control& control) { return user_input::Enter_Text(control); }
     virtual Refusal Type(Control& control, String_View character) {
@@ -38,7 +38,7 @@ public:
 class Player {
 public:
     // The form is up; acts on it until it is not visible any more.
-    virtual void Play(Form& form, Hands& hands) = 0;
+    virtual void Play(Form& form, Input_Driver& driver) = 0;
     // What becomes of a message box: the answer of one of its buttons, or any other, which then comes without
     // a box.
     virtual automation::Long Answer(const Message& message) = 0;

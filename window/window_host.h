@@ -17,10 +17,10 @@
 
 namespace window {
 
-class Qt_Side final : public QObject {
+class Window_Host final : public QObject {
 public:
-    Qt_Side(QCoreApplication& application, std::shared_ptr<Bridge> bridge);
-    ~Qt_Side() override;
+    Window_Host(QCoreApplication& application, std::shared_ptr<Bridge> bridge);
+    ~Window_Host() override;
 
     // A window over the one that was added last, still to be opened.
     Form_Window& Add(toolkit::Form& form, Runner& runner);

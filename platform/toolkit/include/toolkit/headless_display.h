@@ -6,7 +6,7 @@
 
 namespace toolkit {
 
-class Unseen_Display : public Display {
+class Headless_Display : public Display {
 public:
     Size Screen_Size() const override { return {15360, 11520}; }
     void Form_Loaded(Form&) override {}

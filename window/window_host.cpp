@@ -1,4 +1,4 @@
-#include "qt_side.h"
+#include "window_host.h"
 
 #include <QApplication>
 #include <QThread>
@@ -16,26 +16,26 @@ namespace {
 
 // All there are, because Qt tells only a plain function that its application is being destroyed.
 std::mutex guarding_all;
-std::vector<Qt_Side*> all;
+std::vector<Window_Host*> all;
 
 void Application_Goes() {
-    std::vector<Qt_Side*> left;
+    std::vector<Window_Host*> left;
     {
         const std::lock_guard lock(guarding_all);
         left = all;
     }
-    for (Qt_Side* side : left)
+    for (Window_Host* side : left)
         delete side;
 }
 
-void Remember(Qt_Side* side) {
+void Remember(Window_Host* side) {
     const std::lock_guard lock(guarding_all);
     if (all.empty())
         qAddPostRoutine(Application_Goes);
     all.push_back(side);
 }
 
-void Forget(Qt_Side* side) {
+void Forget(Window_Host* side) {
     const std::lock_guard lock(guarding_all);
     all.erase(std::find(all.begin(), all.end(), side));
     if (all.empty())
@@ -56,35 +56,35 @@ private:
 
 } // namespace
 
-Qt_Side::Qt_Side(QCoreApplication& application, std::shared_ptr<Bridge> bridging)
+Window_Host::Window_Host(QCoreApplication& application, std::shared_ptr<Bridge> bridging)
     : bridge(std::move(bridging)) {
     moveToThread(application.thread());
-    connect(&application, &QCoreApplication::aboutToQuit, this, &Qt_Side::Lose);
-    connect(application.thread(), &QThread::finished, this, &Qt_Side::Lose, Qt::DirectConnection);
+    connect(&application, &QCoreApplication::aboutToQuit, this, &Window_Host::Lose);
+    connect(application.thread(), &QThread::finished, this, &Window_Host::Lose, Qt::DirectConnection);
     bridge->Set_Receiver(this);
     Remember(this);
 }
 
-Qt_Side::~Qt_Side() {
+Window_Host::~Window_Host() {
     Forget(this);
     Lose();
     bridge->Set_Receiver(nullptr);
 }
 
-bool Qt_Side::event(QEvent* event) {
+bool Window_Host::event(QEvent* event) {
     if (event->type() != QEvent::User)
         return QObject::event(event);
     bridge->Serve();
     return true;
 }
 
-Form_Window& Qt_Side::Add(toolkit::Form& form, Runner& runner) {
+Form_Window& Window_Host::Add(toolkit::Form& form, Runner& runner) {
     auto window = std::make_unique<Form_Window>(form, runner);
     window->Lie_Over(windows.empty() ? nullptr : windows.back().get());
     return *windows.emplace_back(std::move(window));
 }
 
-void Qt_Side::Close() {
+void Window_Host::Close() {
     std::unique_ptr<Form_Window> window = std::move(windows.back());
     windows.pop_back();
     if (windows.empty())
@@ -97,7 +97,7 @@ void Qt_Side::Close() {
     guard.Window.Close();
 }
 
-void Qt_Side::Drop() {
+void Window_Host::Drop() {
     try {
         if (!windows.empty())
             Close();
@@ -105,8 +105,8 @@ void Qt_Side::Drop() {
     }
 }
 
-QMessageBox& Qt_Side::Ask(const toolkit::Message& message,
-                          const std::function<void(automation::Long)>& answered) {
+QMessageBox& Window_Host::Ask(const toolkit::Message& message,
+                              const std::function<void(automation::Long)>& answered) {
     boxes.erase(std::remove(boxes.begin(), boxes.end(), nullptr), boxes.end());
     boxes.reserve(boxes.size() + 1);
     Form_Window* const over = windows.empty() ? nullptr : windows.back().get();
@@ -120,14 +120,14 @@ QMessageBox& Qt_Side::Ask(const toolkit::Message& message,
     return *boxes.emplace_back(&Put(message, over ? &over->Dialog() : nullptr, told));
 }
 
-void Qt_Side::Drop_Box() {
+void Window_Host::Drop_Box() {
     if (!boxes.empty())
         delete boxes.back();
     if (!windows.empty())
         windows.back()->Set_Asking(false);
 }
 
-void Qt_Side::Show_Pointer(bool busy) {
+void Window_Host::Show_Pointer(bool busy) {
     pointer.Show(busy && !windows.empty());
     for (const auto& window : windows)
         window->Pointer_Changed();
@@ -135,7 +135,7 @@ void Qt_Side::Show_Pointer(bool busy) {
         Take_Turn();
 }
 
-void Qt_Side::Lose() {
+void Window_Host::Lose() {
     pointer.Show(false);
     for (const auto& box : boxes)
         if (box) {
@@ -150,7 +150,7 @@ void Qt_Side::Lose() {
 
 void Lose_All() {
     const std::lock_guard lock(guarding_all);
-    for (Qt_Side* side : all)
+    for (Window_Host* side : all)
         side->Abandon();
 }
 

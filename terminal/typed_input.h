@@ -1,4 +1,4 @@
-// Hands that use a dialog in a terminal as a person does: by the bytes that a terminal sends for keys.
+// Input_Driver that use a dialog in a terminal as a person does: by the bytes that a terminal sends for keys.
 //
 // A verb ends when everything that came of it has ended, boxes included. What no key of a terminal does goes
 // to the controls themselves: moving the focus farther than to the next or the previous stop, picking in a
@@ -11,14 +11,14 @@
 
 #include "form_keys.h"
 #include "played_device.h"
-#include "toolkit/hands.h"
+#include "toolkit/input_driver.h"
 
 namespace terminal {
 
-class Typed_Hands final : public toolkit::Hands {
+class Typed_Input final : public toolkit::Input_Driver {
 public:
-    // All outlive the hands.
-    Typed_Hands(Screen& screen, Played_Device& device, Form_View& view)
+    // All outlive the driver.
+    Typed_Input(Screen& screen, Played_Device& device, Form_View& view)
         : screen(screen), device(device), view(view), keys(screen, view) {}
 
     Refusal Focus(toolkit::Control& control) override;
