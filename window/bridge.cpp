@@ -69,7 +69,10 @@ bool Bridge::Call(const Work& work) {
 void Bridge::Run_Job(Lock& lock) {
     const Work now = std::exchange(job, nullptr);
     lock.unlock();
-    now();
+    try {
+        now();
+    } catch (...) { // it would leave this wait, which Qt's thread may be at work for
+    }
     lock.lock();
 }
 

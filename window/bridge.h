@@ -46,7 +46,7 @@ public:
     // then calls Serve.
     void Set_Receiver(QObject* object);
     void Serve();
-    // Runs a job on the form's thread while that waits; otherwise does nothing.
+    // Runs a job, which throws nothing, on the form's thread while that waits; otherwise does nothing.
     void Run(Work job);
     // Has the form's thread look whether it still waits.
     void Continue();

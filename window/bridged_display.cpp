@@ -69,11 +69,29 @@ public:
     // The runner, on Qt's thread.
     void Run(std::function<void()> verb, std::function<void(std::exception_ptr)> done) override {
         bridge->Run([this, verb = std::move(verb), done = std::move(done)] {
-            Direct_Runner().Run(verb,
-                                [&](const std::exception_ptr& thrown) { On_Qt([&] { done(thrown); }); });
+            Direct_Runner().Run(verb, [&](const std::exception_ptr& thrown) { Finish(thrown, done); });
         });
     }
     bool May_Read() const override { return bridge->May_Read(); }
+
+    // Tells Qt's thread of the end of a verb, whatever goes wrong on the way. It takes no memory: what a
+    // function object holds without any is two words.
+    void Finish(const std::exception_ptr& thrown, const std::function<void(std::exception_ptr)>& done) {
+        struct End {
+            Bridged_Display& Display;
+            std::exception_ptr Thrown;
+            const std::function<void(std::exception_ptr)>& Done;
+        } end{*this, thrown, done};
+        bridge->Call([&end] {
+            try {
+                end.Display.Deliver();
+            } catch (...) {
+                if (!end.Thrown)
+                    end.Thrown = std::current_exception();
+            }
+            end.Done(end.Thrown);
+        });
+    }
 
     // False when the application has ended.
     bool On_Qt(const Work& work) {

@@ -1,5 +1,7 @@
 #include "entry_model.h"
 
+#include <new>
+
 #include "control_view.h"
 #include "qt_text.h"
 #include "toolkit/control.h"
@@ -46,18 +48,23 @@ QModelIndexList Entry_Model::match(const QModelIndex& start, int role, const QVa
     return {};
 }
 
-QVariant Entry_Model::data(const QModelIndex& index, int role) const {
+// Qt lets nothing be thrown here: without memory an entry is empty.
+QVariant Entry_Model::data(const QModelIndex& index, int role) const try {
     if (!list || !index.isValid() || (role != Qt::DisplayRole && role != Qt::EditRole))
         return {};
-    if (!input.May_Read())
-        return drawn.value(index.row());
+    if (!input.May_Read()) {
+        const auto known = drawn.find(index.row());
+        return known == drawn.end() ? QString() : known->second;
+    }
     // Between a change and the reset the views may ask for an entry that is no more.
     if (index.row() >= list->Count())
         return {};
     constexpr int More_Than_A_View_Shows = 200;
     if (drawn.size() > More_Than_A_View_Shows)
         drawn.clear();
-    return *drawn.insert(index.row(), To_Qt(list->Item(index.row())));
+    return drawn.insert_or_assign(index.row(), To_Qt(list->Item(index.row()))).first->second;
+} catch (const std::bad_alloc&) {
+    return {};
 }
 
 } // namespace window

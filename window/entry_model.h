@@ -2,7 +2,8 @@
 #pragma once
 
 #include <QAbstractListModel>
-#include <QHash>
+
+#include <unordered_map>
 
 namespace toolkit {
 class List_Control;
@@ -33,8 +34,9 @@ public:
 private:
     const toolkit::List_Control* list;
     const Input& input;
-    mutable QHash<int, QString> drawn; // what was asked for last, for when the list may not be read
-    int rows = 0;                      // as the views were told, until the next reset
+    mutable std::unordered_map<int, QString>
+        drawn;    // what was asked for last, for when the list may not be read
+    int rows = 0; // as the views were told, until the next reset
 };
 
 } // namespace window
